@@ -1,0 +1,796 @@
+#pragma once
+
+#include "Export.h"
+#include "Graphics/glResources/TglColorTable.h"
+#include "Graphics/glResources/TglContext.h"
+#include "Graphics/glResources/TglFont.h"
+#include "foundation/T4dDblMatrix.h"
+#include "foundation/Tarray.h"
+#include "foundation/TbitField64.h"
+#include "foundation/TglobalTranslatorBase.h"
+#include "foundation/TportColor.h"
+#include "foundation/TportRect.h"
+#include "foundation/TsortedStringArray.h"
+#include "foundation/Tstring.h"
+#include "foundation/TstringArray.h"
+#include "foundation/TxformMatrix.h"
+#include "ui/Tcontrol.h"
+
+#include <GL/gl.h>
+
+#include <cstdint>
+#include <memory>
+
+class Q3dPort;
+class QlirnGLWidget;
+class QPixmap;
+class QWidget;
+class T3dPort;
+class T3dPortAudit;
+class Taction;
+class Tevent;
+class TglLight;
+class Tmetaclass;
+class Tpoint;
+class Tquaternion;
+class Trect;
+class TsharedObject;
+struct T3dPortGeometryStats;
+struct T4dDblVector;
+
+using T3dPortPtrArray = Tarray<T3dPort*>;
+using TglContextPtrArray = Tarray<TglContext*>;
+
+/**
+ * The drawing port: one object per 3D drawing surface.
+ *
+ * A port owns the binding to an OpenGL context, a port rectangle and a viewport stack, model-view and projection matrix
+ * stacks in double precision, colour, light and render state. Drawing code calls setCurrentContext (or any operation
+ * that does) and then OpenGL. State goes through the port's setters, which compare with what was last sent and send
+ * differences only; OpenGL's own matrix stacks are not used, the tops of the port's are loaded when something is drawn.
+ *
+ * @code
+ *     T3dPort port(parentWidget, "perspView", false);
+ *     port.setUpdateCommand(&draw);            // runs on every paint; ends with port.swapBuffers()
+ * @endcode
+ *
+ * Coordinates are device pixels, the origin is the lower left corner. A port without a widget, because it was given no
+ * parent or because the display has no GLX, accepts every call and draws nothing. Everything is for the GUI thread;
+ * debug builds report a call from another one through the error handler.
+ */
+class LIRN_3DGRAPHICS_EXPORT T3dPort : public Tcontrol
+{
+public:
+    // Enumerations. Those whose values are OpenGL's are passed to it unchanged.
+
+    /** The planes drawn into. The library uses the main planes only. */
+    enum TdrawingPlanes : std::uint32_t { kMainPlanes = 0, kSecondPlanes = 1 };
+    enum TwhichContext { kPrimaryContext = 0 };
+
+    /** Bits of the flag word of a port. */
+    enum TportFlags : std::uint64_t {
+        kPortInUpdate = 0x1,
+        kPortFirstPaintPending = 0x2,
+        kPortGLSelect = 0x4,
+        kPortRasterSelect = 0x8,
+        kPortInPrimitive = 0x10, ///< while set, colour changes do not make the context current first
+        kPortFlag5 = 0x20,
+        kPortFlag6 = 0x40,
+        kPortLightingOn = 0x80,
+        kPortFlag8 = 0x100,
+        kPortInteractiveMode = 0x200,
+        kPortFlag10 = 0x400,
+        kPortFlag15 = 0x8000, ///< handed to TglContext
+        kPortFogEnabled = 0x80000,
+        kPortFlag20 = 0x100000,
+        kPortFlag21 = 0x200000,
+        kPortNoLighting = 0x2000000,
+        kPortStereoActive = 0x8000000,
+        kPortStereoRequested = 0x10000000
+    };
+
+    /** Bits of fsGraphicsFlags: what the display's OpenGL offers. */
+    enum TgraphicsFlags : std::uint64_t {
+        kHasAbgr = 0x1,
+        kHasMultisample = 0x2,
+        kHasAlphaBuffer = 0x4,
+        kDithering = 0x8,
+        kHasClampToBorder = 0x10,
+        kHasClampToEdge = 0x20,
+        kHasBgra = 0x40,
+        kHasMultiTexture = 0x80,
+        kGraphicsFlag8 = 0x100,
+        kVertexArraysInSelect = 0x200,
+        kSlowDrawPixels = 0x400,
+        kHasRescaleNormal = 0x800,
+        kHasFogCoord = 0x1000,
+        kHasTransposeMatrix = 0x2000,
+        kHasAnisotropicFilter = 0x4000,
+        kHasVertexWeighting = 0x8000,
+        kHasTextureCompression = 0x10000,
+        kHasSecondaryColor = 0x20000,
+        kHasTextureEnvCombine = 0x40000,
+        kHasDepthTexture = 0x80000,
+        kHasMirrorRepeat = 0x100000,
+        kHasMirrorClamp = 0x200000,
+        kHasTextureEnvAdd = 0x400000,
+        kHasTextureEnvDot3 = 0x800000,
+        kHasVertexShader = 0x1000000,
+        kHasGenerateMipmap = 0x2000000,
+        kHasNonPowerTwoTexture = 0x4000000,
+        kHasDrawRangeElements = 0x8000000,
+        kStereoAvailable = 0x10000000,
+        kHasStencilBuffer = 0x20000000,
+        kHasUnclampedColor = 0x40000000,
+        kHasVertexBufferObject = 0x80000000
+    };
+
+    enum TblendFunc : std::uint32_t {
+        kBlendZero = GL_ZERO,
+        kBlendOne = GL_ONE,
+        kBlendSrcColor = GL_SRC_COLOR,
+        kBlendOneMinusSrcColor = GL_ONE_MINUS_SRC_COLOR,
+        kBlendSrcAlpha = GL_SRC_ALPHA,
+        kBlendOneMinusSrcAlpha = GL_ONE_MINUS_SRC_ALPHA,
+        kBlendDstAlpha = GL_DST_ALPHA,
+        kBlendOneMinusDstAlpha = GL_ONE_MINUS_DST_ALPHA,
+        kBlendDstColor = GL_DST_COLOR,
+        kBlendOneMinusDstColor = GL_ONE_MINUS_DST_COLOR,
+        kBlendSrcAlphaSaturate = GL_SRC_ALPHA_SATURATE
+    };
+
+    /** Ways to lay a layer over what is there, each a pair of blend factors (see setLayerBlendMode). */
+    using TlayeredBlendMode = std::uint32_t;
+
+    enum TpolygonFace : std::uint32_t { kFront = GL_FRONT, kBack = GL_BACK, kFrontAndBack = GL_FRONT_AND_BACK };
+    enum TpolygonMode : std::uint32_t { kPolygonPoint = GL_POINT, kPolygonLine = GL_LINE, kPolygonFill = GL_FILL };
+    enum TcullingMethod : std::uint32_t { kCullNone = 0, kCullBack = 1, kCullFront = 2 };
+
+    enum TdepthFunc : std::uint32_t {
+        kDepthNever = GL_NEVER,
+        kDepthLess = GL_LESS,
+        kDepthEqual = GL_EQUAL,
+        kDepthLequal = GL_LEQUAL,
+        kDepthGreater = GL_GREATER,
+        kDepthNotequal = GL_NOTEQUAL,
+        kDepthGequal = GL_GEQUAL,
+        kDepthAlways = GL_ALWAYS
+    };
+
+    enum TaccumOp : std::uint32_t {
+        kAccumAccum = GL_ACCUM,
+        kAccumLoad = GL_LOAD,
+        kAccumReturn = GL_RETURN,
+        kAccumMult = GL_MULT,
+        kAccumAdd = GL_ADD
+    };
+
+    enum TshadeModel : std::uint32_t { kShadeFlat = GL_FLAT, kShadeSmooth = GL_SMOOTH };
+
+    // Type
+
+    /** The metaclass "port3D". */
+    static Tmetaclass* sTypeof();
+    /** A new object of @p metaclass; null for a null metaclass or one that is no port's. */
+    static void* construct(Tmetaclass* metaclass);
+    /** As construct, in memory of the metaclass's size. */
+    static void* constructInPlace(Tmetaclass* metaclass, void* memory);
+    /** The registered control of the name (Tcontrol::constructControl). */
+    static Tcontrol* constructPort(const char* name);
+
+    // Virtual operations, in slot order
+
+    ~T3dPort() override;
+    Tmetaclass* typeof() const override;
+    void* cast(Tmetaclass* metaclass) override;
+    /** Makes the port current and runs the press command. */
+    bool doPress(const Tevent& event) override;
+    bool doDoubleClick(const Tevent& event) override;
+    /** Redraws: resets the viewport to the whole port and runs the update command. Returns false. */
+    bool doUpdate(const Tevent& event) override;
+    bool doEnterRegion(const Tevent& event) override;
+    bool doExitRegion(const Tevent& event) override;
+    bool doStow(const Tevent& event) override;
+    bool doUnStow(const Tevent& event) override;
+    bool doPtrMoved(const Tevent& event) override;
+    /** Turns a wheel step into a press, drag and release of button 1024 whose drag moves by the step. */
+    bool doMouseWheel(const Tevent& event) override;
+    /** Posts a TviewportVisibilityChangedMsg. */
+    void visibleNotify(bool visible) override;
+    void adjustEventLocalPosition(Tevent& event) const override;
+    /** Redraws if setDoUpdateOnMove is on. */
+    void parentWindowMoveNotify() override;
+    /** Takes the size of @p r, redraws on a change and calls resizeHook. Returns false. */
+    bool resize(const Trect& r) override;
+
+    virtual void setKeyPressCommand(Taction* command);
+    virtual void setDoubleClickCommand(Taction* command);
+    virtual void setKeyReleaseCommand(Taction* command);
+    virtual void setKeyRepeatCommand(Taction* command);
+    virtual void setPtrMovedCommand(Taction* command);
+    /** The command that draws the port. It ends with swapBuffers: painting does not swap by itself. */
+    virtual void setUpdateCommand(Taction* command);
+    virtual bool isStowed() const;
+    virtual void doUpdateNow();
+    /** Makes the port's widget under @p parent, and its context; returns the widget, or null without one. */
+    virtual QWidget* constructQControl(QWidget* parent, bool coreProfile, const char* name);
+    /** Called after every resize and at the first paint, in device pixels. */
+    virtual void resizeHook(unsigned short width, unsigned short height);
+    virtual TbitField64 setToInteractiveMode();
+    virtual TbitField64 setToNormalMode();
+    /** A renderer name that wins over every requested one; empty for none. */
+    virtual Tstring renderStringOverride() const;
+    virtual bool makeExternalRendererCurrent(bool b);
+
+    // Life
+
+    /**
+     * Builds the port and its widget under @p parent.
+     * @param name  key of the port's frame-buffer settings in the host's resource map: "saFrameBufferMode" ("single" or
+     *              "double"), "saZbuffer", "saAccumbuffer", "saAlphabuffer", "saStencilbuffer" (numbers)
+     * @param stereo  asks for a stereo visual, where the display has one
+     */
+    T3dPort(QWidget* parent, const char* name, bool stereo);
+
+    using Tcontrol::isInitialized;
+    using Tcontrol::markInitialized;
+
+    /** True while the port has its Qt side. */
+    bool isOpen() const { return fQ3dPort != nullptr; }
+    Q3dPort* q3dPort() const { return fQ3dPort.get(); }
+    /** The widget drawn in; null without one. */
+    QlirnGLWidget* glWidget() const;
+    /** Shows or hides the port's widget. */
+    void make3dVisible(bool visible);
+    /** Puts a freshly made context into the state that ports start from. */
+    void initBuffer();
+
+    TbitField64 portFlags() const { return fPortFlags; }
+    bool isDebuggingPorts() const { return fDebugPorts; }
+
+    static const T3dPortPtrArray& allPorts() { return fsAllPorts; }
+    /** GL_RENDERER of the current context. */
+    static const char* graphicsHardwareString();
+
+    // Event commands. Not owned. The pointer and key commands are kept only while their gates are open.
+
+    Taction* doubleClickCommand() const { return fPointerCommandsEnabled ? fDoubleClickCommand : nullptr; }
+    Taction* keyPressCommand() const { return fKeyCommandsEnabled ? fKeyPressCommand : nullptr; }
+    Taction* keyReleaseCommand() const { return fKeyCommandsEnabled ? fKeyReleaseCommand : nullptr; }
+    Taction* keyRepeatCommand() const { return fKeyCommandsEnabled ? fKeyRepeatCommand : nullptr; }
+    Taction* ptrMovedCommand() const { return fPointerCommandsEnabled ? fPtrMovedCommand : nullptr; }
+    Taction* updateCommand() const { return fUpdateCommand; }
+    void enablePointerCommands(bool on) { fPointerCommandsEnabled = on; }
+    void enableKeyCommands(bool on) { fKeyCommandsEnabled = on; }
+
+    // Renderer
+
+    const Tstring& rendererName() const { return fRendererName; }
+    /**
+     * Names the renderer that draws the port: "base_OpenGL_Renderer" (the default), "hwRender_OpenGL_Renderer",
+     * "stub_Renderer" or "vp2Renderer", which a core-profile viewport takes instead of the fixed-function ones. Posts a
+     * TviewportRendererChangedMsg when the name changes.
+     */
+    void setRendererString(const Tstring& name);
+    bool isXREViewport() const;
+    bool isGLViewport() const { return true; }
+    /** True when the process draws with a core profile, where the fixed-function pipeline is not used. */
+    bool isGLCoreViewport() const;
+    bool isDXViewport() const { return false; }
+    bool enableDX() const { return false; }
+
+    // Contexts and the current port
+
+    /** Makes the port's context current if another is, and this port the current one. */
+    void makeCurrent() const;
+
+    /**
+     * What every drawing operation does first: makes the port current if it is not, and loads the matrices that OpenGL
+     * does not have yet. Costs a few comparisons when there is nothing to do.
+     */
+    void setCurrentContext() const
+    {
+#ifndef NDEBUG
+        checkThread();
+#endif
+        if (this == fsCurrentPort && isBindingTrusted()) {
+            const std::uint32_t loaded = fsEitherValid[planesRow()];
+            if ((fMatrixValid & loaded) == loaded)
+                return;
+        }
+        bringCurrent();
+    }
+
+    /** Returns the port to its primary context and the main planes. */
+    void setContext(TwhichContext which);
+    void setDrawingPlanes(TdrawingPlanes planes);
+    TdrawingPlanes drawingPlanes() const { return fDrawingPlanes; }
+    /** Sends the current colour and the clear colour to OpenGL again. */
+    void initContext();
+    /** After a size change: makes the whole port the viewport. */
+    void resizeDrawingPlanes();
+    /** Sets @p p to the widget's upper left corner on the screen; left alone without a widget. */
+    void getPositionAbs(Tpoint& p) const;
+
+    /** The record of what was last sent to the port's OpenGL context; null for a port without a context. */
+    const TglContext* glContextRecord() const { return fContext; }
+    /** A new record for a context of @p type, kept until the process ends. It is not shared, the name notwithstanding. */
+    TglContext* getSharedContext(TcontextType type);
+    /** The code for a combination of wanted buffers; the first flag has no influence. */
+    static TcontextType getContextType(bool a1, bool a2, bool a3, bool a4, bool a5, bool a6, bool a7, unsigned short n);
+    static const char* contextType() { return "rgb"; }
+    /** Always null: a port hands out no native context. */
+    static void* context() { return nullptr; }
+    static void initializeGLLibrary() {}
+
+    /** The port whose context was last made current. */
+    static T3dPort* currentPort() { return fsCurrentPort; }
+    /** To be called when something else than a port has bound, released or destroyed a native context. */
+    static void nativeBindingMoved() { fsBindingMoved = true; }
+
+    // Foreign OpenGL code
+
+    /**
+     * Call before code that calls OpenGL behind the port's back. Makes the port current, with its matrices loaded. The
+     * code may change any state, and the bound context too; it must restore what the port does not record (texture
+     * bindings, light parameters, OpenGL's own matrix stacks).
+     */
+    void beginForeignGL();
+    /** Call after it: binds the port again and sends all recorded state, so that record and driver agree. */
+    void endForeignGL();
+    /** Sends all recorded state to the context that is current, and sets every re-send bit. */
+    void resendState();
+    /**
+     * Compares what the port recorded with what the driver says, a line per difference; none when they agree. Slow:
+     * every state is queried. With LIRN_DEBUG_Q3DPORT_STATE set the port does so after each paint and prints the lines.
+     */
+    TstringArray stateDifferences() const;
+
+    // Port rectangle, viewports, painting
+
+    const TportRect& portRect() const { return fPortRect; }
+    /** The topmost row of pixels inside the port rectangle. */
+    short lastRow() const { return fLastRow; }
+    void setPortRect(const TportRect& r);
+    /** Replaces the port rectangle for a while. Nothing is resized and nothing sent. */
+    void pushPortRect(const TportRect& r);
+    void popPortRect();
+    const TportRect& viewport() const { return *fViewport; }
+    void pushViewport(const TportRect& r);
+    /** Back to the viewport before; the last one stays. */
+    void popViewport();
+    void setPlayblastPortRect(const TportRect& r) { fPlayblastRect = r; }
+    const TportRect& playblastPortRect() const { return fPlayblastRect; }
+    /** The region being painted while the update command runs, the port rectangle otherwise. */
+    const TportRect& getUpdateRegion() const;
+    bool isFullyObscured() const;
+    bool isPartiallyObscured() const { return false; }
+    /** True inside; the left and bottom edges belong to the port, the right and top ones do not. */
+    bool isPtInPortRect(const Tpoint& p) const;
+    TportColor controlBgColor() const { return kCwhite; }
+
+    /** The port's part in the widget's paint: sizes the port from the widget and redraws. */
+    void OnPaint();
+    /** Shows what was drawn (glXSwapBuffers); a port that cannot swap is flushed (glFlush). */
+    void swapBuffers();
+    /** Holds swapBuffers to flushing. */
+    void setNoSwap(bool on) { fNoSwap = on; }
+    bool isNoSwap() const { return fNoSwap; }
+    bool isDoubleBuffered() const { return fDoubleBuffered != 0; }
+    /** Redraws whenever the window around the port is moved. */
+    void setDoUpdateOnMove(bool on);
+    /** The port drawn at its own size, into the lower left corner of a picture of @p w by @p h pixels; null on failure. */
+    QPixmap renderToPixmap(int w, int h);
+
+    /** From window pixels (origin at the upper left) to port pixels (lower left). */
+    Tpoint windowToPort(const Tpoint& p) const;
+    /** From port pixels to window pixels. */
+    Tpoint portToWindow(const Tpoint& p) const;
+
+    // Matrices. Row vectors: p' = p x M, memory as OpenGL's; "top" is the current matrix of a stack.
+
+    GLenum matrixMode() const { return fMatrixMode; }
+    /**
+     * The stack that the generic operations work on: GL_PROJECTION, or GL_MODELVIEW (GL_MODELVIEW1_EXT is the same). In
+     * any other mode they do nothing.
+     */
+    void matrixMode(GLenum mode) { fMatrixMode = mode; }
+
+    void pushMatrix();
+    /** Removes the top; the last matrix stays. */
+    void popMatrix();
+    /** Removes @p n matrices, or none when the stack does not hold more than that. */
+    void popMatrix(unsigned n);
+    /** The top; the identity when the mode selects no stack. */
+    T4dDblMatrix matrix() const;
+    void getMatrix(T4dDblMatrix& m) const;
+    void loadMatrix(const T4dDblMatrix& m);
+    /** top = m x top. */
+    void multMatrix(const T4dDblMatrix& m);
+    void loadIdentity();
+    void pushLoadMatrix(const T4dDblMatrix& m);
+    /** top = m x the matrix below the top; nothing on a stack of one. */
+    void stackMultMatrix(const T4dDblMatrix& m);
+    void pushMultMatrix(const T4dDblMatrix& m);
+    /** Scales the first three columns of the top. The fourth is left alone, on a perspective projection too. */
+    void scale(double x, double y, double z);
+    /** Moves the origin of the top. Affine: element 15 is left alone. */
+    void translate(double x, double y, double z);
+    void translate(const T4dDblVector& v);
+    void rotate(const Tquaternion& q);
+    /** Angles in radians about the axes, x first. */
+    void rotate(double x, double y, double z);
+    /** Multiplies with the correction that takes scale, or scale and shear, out of the top. */
+    void unSquishMatrix(TxformMatrix::unSquishType type);
+
+    void getProjectionMatrix(T4dDblMatrix& m) const { m = *fProjectionMatrix; }
+    void projectionMatrix(T4dDblMatrix& m) const { m = *fProjectionMatrix; }
+    void getModelViewMatrix(T4dDblMatrix& m) const { m = *fModelViewMatrix; }
+    void loadProjectionMatrix(const T4dDblMatrix& m);
+    /** World to clip space: model-view x projection. Cached. */
+    void getTransformMatrix(T4dDblMatrix& m) const;
+
+    // These replace the projection; they do not multiply into it as the GLU functions do.
+
+    /** @p fovy in degrees, held between 2 and 179 (whole view angle in y); @p zNear at least 0.0001. */
+    void perspective(double fovy, double aspect, double zNear, double zFar);
+    void perspective(double left, double right, double bottom, double top, double zNear, double zFar);
+    /** An empty extent divides by zero. */
+    void ortho(double left, double right, double bottom, double top, double zNear, double zFar);
+    void ortho(double left, double right, double bottom, double top);
+
+    // These replace the model-view matrix.
+
+    /** A camera at @p distance from the origin; angles in degrees. */
+    void polarView(double distance, double azimuth, double incidence, double twist);
+    /** @p twist in radians. Only -eye.z reaches the translation, and that in x. */
+    void lookAt(const T4dDblVector& eye, const T4dDblVector& centre, double twist);
+
+    /** Pixel space of the viewport: integer coordinates fall on pixel centres. */
+    void pushOrtho2D();
+    void pushOrtho2D(double left, double right, double bottom, double top);
+    void popOrtho2D();
+
+    /** Puts @p m in the place of the projection when OpenGL is loaded next. The change alone does not cause a load. */
+    void beginProjMatrixOverride(const T4dDblMatrix& m);
+    void endProjMatrixOverride();
+    void glLoadModelViewMatrix() const;
+    void glLoadMatrices() const;
+
+    // Render state. A setter described as cached does nothing, and makes nothing current, for the value recorded.
+
+    /** Cached glColor3fv; the alpha component is only recorded. */
+    void color(const TportColor& c)
+    {
+        if (fContext && fContext->fColor != c)
+            colorChanged(c);
+    }
+    /** Cached glPointSize. */
+    void pointSize(float size)
+    {
+        if (fContext && fContext->fPointSize != size)
+            pointSizeChanged(size);
+    }
+    void pointSmoothing(bool on);
+    /** Cached glLineWidth. */
+    void lineWidth(float width)
+    {
+        if (fContext && fContext->fLineWidth != width)
+            lineWidthStateChanged(width);
+    }
+    /** glLineWidth without a comparison. */
+    void lineWidthStateChanged(float width);
+    /** Cached GL_BLEND. */
+    void blending(bool on)
+    {
+        if (fContext && fContext->fBlending != on)
+            blendingStateChanged(on);
+    }
+    /** GL_BLEND without a comparison. */
+    void blendingStateChanged(bool on);
+    /** Makes current, then cached glBlendFunc. */
+    void blendFunc(TblendFunc source, TblendFunc destination)
+    {
+        setCurrentContext();
+        if (fContext && (fContext->fBlendSource != source || fContext->fBlendDestination != destination ||
+                         fContext->fValidBits.test(TglContext::kResendBlendFunc)))
+            blendFuncChanged(source, destination);
+    }
+    /**
+     * blendFunc by layer mode: 0, 1 over; 2 inside; 3 outside; 4 additive over; 5, 6 multiply over; 7 replace; 8, 10
+     * darken; 9 brighten; any other one plus one.
+     */
+    void setLayerBlendMode(TlayeredBlendMode mode);
+    /** GL_LINE_SMOOTH, with blending: on switches blending on, off switches it off whoever had switched it on. */
+    void lineSmoothing(bool on);
+    void polygonMode(TpolygonFace face, TpolygonMode mode);
+    /** Culls as @p method says; values other than the three change nothing. */
+    void cullFace(TcullingMethod method);
+    TcullingMethod cullFace() const;
+    void depthRange(double zNear, double zFar);
+    void getDepthRange(double& zNear, double& zFar) const;
+    /** Cached GL_DEPTH_TEST; nothing in a context without depth buffer. */
+    void depthTest(bool on)
+    {
+        if (fContext && (fContext->fDirtyBits.test(TglContext::kDepthTestOn) != on ||
+                         fContext->fValidBits.test(TglContext::kResendDepthTest)))
+            depthTestChanged(on);
+    }
+    /** Cached glDepthMask. */
+    void depthMask(bool on)
+    {
+        if (fContext && fContext->fDepthMask != on)
+            depthMaskChanged(on);
+    }
+    /** Cached glDepthFunc. */
+    void depthFunc(TdepthFunc func)
+    {
+        if (fContext && fContext->fDepthFunc != func)
+            depthFuncChanged(func);
+    }
+    /** glAccum; false, and nothing done, without an accumulation buffer. */
+    bool accum(TaccumOp op, float value);
+    void clearAccum(float r, float g, float b, float a);
+    /** Cached glClearColor. */
+    void clearColor(const TportColor& c)
+    {
+        if (fContext && fContext->fClearColor != c)
+            clearColorChanged(c);
+    }
+    /** The clear colour; opaque black on the second planes. */
+    TportColor clearColor() const;
+    /**
+     * glClear of @p mask. The stencil buffer is cleared along in a context that is known to have one and left out of the
+     * mask in any other. The contexts of ports are not made with that knowledge, so clearing a port leaves its stencil
+     * buffer alone.
+     */
+    void clear(int mask);
+    /** Draws inside @p r only. The whole viewport switches the test off unless @p force; an empty @p r lets nothing through. */
+    void scissor(const TportRect& r, bool force);
+    void polygonOffset(float factor, float units);
+    /** Pushes polygons back: factor 0.95, units 1. */
+    void polygonOffsetLower();
+    /** Brings polygons forward: factor 1.1, units -1. */
+    void polygonOffsetRaise();
+    /** The offset in force; @p units is 0 on a core-profile viewport. Returns true. */
+    bool getPolygonOffset(float& factor, float& units);
+    /** Suppresses polygon offset on this port. */
+    void setNoPolygonOffset(bool on) { fNoPolygonOffset = on; }
+    /** Cached glShadeModel. */
+    void shadeModel(TshadeModel model)
+    {
+        if (fContext && fContext->fShadeModel != model)
+            shadeModelChanged(model);
+    }
+    /** glShadeModel without a comparison; only recorded on a core-profile viewport. */
+    void shadeModelChanged(TshadeModel model);
+    /** GL_EDGE_FLAG of whatever context is current. */
+    bool edgeFlag() const;
+    void edgeFlag(bool on);
+    /** Colour bits of the main planes with alpha; 0 before the first paint and for a closed port. */
+    int mainDepth() const;
+    /** Bits of the depth buffer; 0 without one. */
+    int zbufferDepth() const;
+    /** GL_FOG. The port's fog parameters are sent with the first enabling, and never again. */
+    void setFogEnabled(bool on);
+    bool isFogEnabled() const { return fPortFlags.test(kPortFogEnabled); }
+    void setFogSource(TglContext::TfogSource source);
+    TglContext::TfogSource fogSource() const { return fFogSource; }
+
+    static float globalLineWidth() { return fsGlobalLineWidth; }
+    static void globalLineWidth(float width) { fsGlobalLineWidth = width; }
+    static bool enableSmoothWireframe() { return fsSmoothWireFrame; }
+    static void enableSmoothWireframe(bool on) { fsSmoothWireFrame = on; }
+    static bool useSeparateSpecularColor() { return fsUseSeparateSpecularColor; }
+    static void useSeparateSpecularColor(bool on) { fsUseSeparateSpecularColor = on; }
+
+    // Capabilities
+
+    static bool haveMirrorRepeat() { return fsGraphicsFlags.test(kHasMirrorRepeat); }
+    static bool haveMirrorClamp() { return fsGraphicsFlags.test(kHasMirrorClamp); }
+    static bool haveClampToBorder() { return fsGraphicsFlags.test(kHasClampToBorder); }
+    static bool haveGenerateMipmap() { return fsGraphicsFlags.test(kHasGenerateMipmap); }
+    static bool haveNonPowerTwoTexture() { return fsGraphicsFlags.test(kHasNonPowerTwoTexture); }
+    static bool hasTextureFilterAnisotropic() { return fsGraphicsFlags.test(kHasAnisotropicFilter); }
+    static bool sHasAlphaBuffer() { return fsGraphicsFlags.test(kHasAlphaBuffer); }
+    static bool sHasStencilBuffer() { return fsGraphicsFlags.test(kHasStencilBuffer); }
+    bool hasAccumBuffer() const;
+
+    /** Reads OpenGL's error flag: 0 without an error, else 1, and getErrorString tells which. */
+    int error() const;
+    /** The last error that error() found. */
+    static Tstring getErrorString() { return fsErrorString; }
+    /** Writes the pending OpenGL errors to standard error, eleven at most, each with @p where in front. */
+    static void printGlError(const char* where);
+
+    /**
+     * Finds out what the resource context's OpenGL offers. The first port of the process calls it.
+     * @param widget  without one no entry points are looked up
+     */
+    static void getHardwareConfig(QWidget* widget, bool coreProfile);
+    /** The extension part of getHardwareConfig, on the current context. */
+    static void bindExtensions(bool coreProfile);
+
+    // Colour tables
+
+    /** The table of the base index @p base; made when there is none, which @p created tells. */
+    static TglColorTable* getColorTable(unsigned short base, bool& created);
+
+    // Class-wide state
+
+    static TbitField64 fsGraphicsFlags;
+    static TsortedStringArray fRegisteredRenderers; ///< names of the renderers that ports have used
+    static T3dPort* fsTexturePort;                  ///< the port that owns texture uploads
+    static unsigned* fsSelectBuffer;                ///< the shared hit buffer, kSelectBufferSize words
+    static bool fsSecondaryBufferAsPrimary;
+    static float fsXrayAlpha;
+    static bool fsHasMultiTexture;
+    static bool fsDepreciateFixedFunction;
+    static int fsMaxTextureSize;     ///< GL_MAX_TEXTURE_SIZE
+    static int fsMaxUserTextureSize; ///< 0 for no limit of the user's
+    static int fsMaxTextureUnits;
+    static constexpr int kSelectBufferSize = 2048;
+
+private:
+    friend class T3dPortAudit;
+    friend struct T3dPortProbe;
+
+    // Bits of fMatrixValid
+    enum : std::uint32_t {
+        kTransformValid = 0x1,
+        kInverseValid = 0x2,
+        kAllMatricesValid = 0x3F,
+        kDependOnModelView = 0x17, ///< cleared when the model-view matrix changes
+        kDependOnProjection = 0x2B
+    };
+    static constexpr std::uint32_t fsModelMatrixValid[2] = {0x4, 0x10};
+    static constexpr std::uint32_t fsProjMatrixValid[2] = {0x8, 0x20};
+    static constexpr std::uint32_t fsEitherValid[2] = {0xC, 0x30};
+
+    static constexpr unsigned short kModelViewColorBase = 2048;
+
+    /** The stack that the matrix mode selects; without a stack when it selects none. */
+    struct TselectedStack
+    {
+        T4dDblMatrixArray* fStack;
+        T4dDblMatrix** fTop;
+        bool fProjection;
+    };
+
+    static bool isBindingTrusted()
+    {
+        return !(fsBindingMoved | TglobalTranslatorBase::newingFileCondition() |
+                 TglobalTranslatorBase::flushingSceneCondition());
+    }
+    int planesRow() const { return fDrawingPlanes == kMainPlanes ? 0 : 1; }
+    void bringCurrent() const;
+    void sendViewport() const;
+    static void checkThread();
+
+    void closeWidget();
+    QWidget* constructGLWidget(QWidget* parent, bool coreProfile, const char* name, bool stereo);
+    void primeTwoSidedLighting();
+    void primePolygonOffset();
+    void queryStereo();
+    void discardBackingStore();
+
+    void colorChanged(const TportColor& c);
+    void pointSizeChanged(float size);
+    void blendFuncChanged(TblendFunc source, TblendFunc destination);
+    void depthTestChanged(bool on);
+    void depthMaskChanged(bool on);
+    void depthFuncChanged(TdepthFunc func);
+    void clearColorChanged(const TportColor& c);
+    void sendFogParameters();
+
+    TselectedStack selectedStack();
+    const T4dDblMatrix* selectedTop() const;
+    void pushOn(T4dDblMatrixArray& stack, T4dDblMatrix*& top);
+    void multiplyTop(const TselectedStack& selected, const T4dDblMatrix& m, const T4dDblMatrix& by);
+    void topChanged(const TselectedStack& selected, const char* projectionMessage, const char* modelViewMessage);
+    /** Clears what depends on the matrix; traces @p message and the matrix in debug mode, unless it is null. */
+    void projectionChanged(const char* message);
+    void modelViewChanged(const char* message);
+    void pushOrtho(double left, double right, double bottom, double top, double offset);
+    void traceMatrix(const char* message, const T4dDblMatrix& m) const;
+    void traceXyz(const char* what, const TselectedStack& selected, double x, double y, double z) const;
+    void sendMatrixMode(GLenum mode) const;
+    const T4dDblMatrix& projectionToLoad() const;
+
+    // Fields, in their declared order
+
+    bool fPointerCommandsEnabled = true;
+    bool fKeyCommandsEnabled = true;
+    mutable TbitField64 fPortFlags;
+    std::unique_ptr<Q3dPort> fQ3dPort;
+    std::shared_ptr<void> fSharedHandle; ///< the host's
+    TdrawingPlanes fDrawingPlanes = kMainPlanes;
+    TglFont fFont;
+    TglContext::TfogSource fFogSource = TglContext::kFragmentDepth;
+    GLenum fFogMode = GL_LINEAR;
+    float fFogDensity = 0.1f;
+    double fFogStart = 0.0;
+    double fFogEnd = 100.0;
+    TportColor fFogColor{0.5f, 0.5f, 0.5f, 1.0f};
+    bool fFogParametersSent = false;
+    T4dDblMatrixArray fModelViewStack{64};
+    T4dDblMatrixArray fProjectionStack{8};
+    TviewportArray fViewportStack{8}; ///< never empty
+    T4dDblMatrix* fModelViewMatrix = nullptr;  ///< the top of its stack, as the next two
+    T4dDblMatrix* fProjectionMatrix = nullptr;
+    TportRect* fViewport = nullptr;
+    T4dDblMatrix fSelectMatrix; ///< put in front of the projection while selecting
+    mutable T4dDblMatrix fTransformMatrix;
+    mutable T4dDblMatrix fInverseTransformMatrix;
+    mutable std::uint32_t fMatrixValid = 0;
+    GLenum fMatrixMode = GL_MODELVIEW;
+    T4dDblMatrix fProjOverrideMatrix;
+    bool fProjOverrideActive = false;
+    bool fCoreProfile = false; ///< as it was when the port was made
+    TglContext* fPrimaryContext = nullptr;
+    TglContext* fContext = nullptr; ///< the one drawn with
+    TglColorTable* fRequestedColorTable = nullptr;
+    TglColorTable* fActiveColorTable = nullptr;
+    short fColorIndexSpan = 0;
+    std::uint32_t fDoubleBuffered = 1;
+    TportRect fPortRect;
+    short fLastRow = 0;
+    TportRect fPlayblastRect;
+    TportRect fSelectRect; ///< in port pixels, set before picking
+    TportColor fGlobalAmbient{0.2f, 0.2f, 0.2f, 1.0f};
+    bool fLocalViewer = false;
+    bool fTwoSidedLighting = true;
+    bool fPolygonOffsetFillOn = false;
+    std::unique_ptr<TglLight> fDefaultLight;
+    float fReserved1 = 1.0f;
+    TviewportArray fPortRectStack{8}; ///< saved port rectangles
+    unsigned* fSelectBuffer = nullptr;
+    bool fUseBackingStore = false;
+    bool fBackingSaved = false;
+    TsharedObject* fBackingStore = nullptr; ///< the saved pixels; one counted reference
+    TportRect fSnapShotRect;
+    TportRect fUpdateRegion; ///< last painted
+    Taction* fDoubleClickCommand = nullptr;
+    Taction* fKeyPressCommand = nullptr;
+    Taction* fKeyReleaseCommand = nullptr;
+    Taction* fKeyRepeatCommand = nullptr;
+    Taction* fPtrMovedCommand = nullptr;
+    Taction* fUpdateCommand = nullptr;
+    bool fSnapShotMode = false;
+    bool fNoStipple = false;
+    bool fNoTextureMatrix = false;
+    bool fDebugPorts = false;
+    bool fDebugMatrices = false;
+    bool fDebugState = false;
+    bool fNoPolygonOffset = false;
+    bool fNoSwap = false;
+    bool fUpdateOnMove = false;
+
+public:
+    T3dPortGeometryStats* fGeometryStats = nullptr; ///< attached and owned by the host
+    bool fGeometryStatsEnabled = false;
+
+private:
+    Tstring fRendererName;
+    std::int32_t fReserved2 = -1;
+    Tstring fReservedName;
+
+    // Class-wide state
+
+    static T3dPortPtrArray fsAllPorts;
+    static TglContextPtrArray fsAllContexts;
+    static TglColorTablePtrArray fsAllColorTables;
+    static TglColorTable* fsModelViewDefaultColorTable;
+    static T3dPort* fsCurrentPort;
+    static bool fsBindingMoved; ///< something else than a port has switched contexts since makeCurrent
+    static bool fsFirstPort;
+    static float fsGlobalLineWidth;
+    static bool fsSmoothWireFrame;
+    static bool fsUseSeparateSpecularColor;
+    static bool fsCanLookUpEntryPoints;
+    static Tstring fsErrorString;
+
+    using TclampColorProc = void (*)(GLenum, GLenum);
+    static TclampColorProc fsGlClampColor; ///< null unless kHasUnclampedColor stands
+    static void unclampColors();
+};

@@ -1,0 +1,419 @@
+#include "Graphics/3dPort/T3dPortAudit.h"
+
+#include "Graphics/3dPort/T3dPort.h"
+#include "QtExtensions/QlirnGLWidget.h"
+
+#include <GL/glext.h>
+
+#include <algorithm>
+#include <cstdio>
+
+namespace {
+
+constexpr int kMostValues = 16;
+
+/** How a state is asked for, and what of the answer counts. */
+enum class Kind {
+    kSwitch,   ///< glIsEnabled
+    kInteger,  ///< glGetIntegerv
+    kFloat,    ///< glGetDoublev, compared as floats because drivers may keep no more
+    kClamped,  ///< as kFloat, both sides held between 0 and 1 as the query may
+    kMaterial, ///< glGetMaterialfv of the front material
+    kTexEnv    ///< glGetTexEnviv of GL_TEXTURE_ENV in the active unit
+};
+
+/** Recorded values on their way to a comparison. */
+struct Values
+{
+    double fValue[kMostValues] = {};
+    int fCount = 0; ///< 0 when the record makes no claim at present
+    GLenum fName = 0; ///< asks for another name than the row's
+
+    static Values none() { return Values(); }
+
+    template <class... T> static Values of(T... values)
+    {
+        Values made;
+        for (const double value : {static_cast<double>(values)...})
+            made.fValue[made.fCount++] = value;
+        return made;
+    }
+
+    static Values of(const TportColor& c, int count)
+    {
+        // Unknown colours are recorded as negative ones.
+        return c.r < 0 ? none() : count == 3 ? of(c.r, c.g, c.b) : of(c.r, c.g, c.b, c.a);
+    }
+
+    static Values of(const T4dDblMatrix& m)
+    {
+        Values made;
+        made.fCount = 16;
+        std::copy(m.data(), m.data() + 16, made.fValue);
+        return made;
+    }
+
+    Values when(bool claimed) const { return claimed ? *this : none(); }
+
+    Values asking(GLenum name) const
+    {
+        Values made = *this;
+        made.fName = name;
+        return made;
+    }
+};
+
+void enable(GLenum capability, bool on)
+{
+    if (on)
+        glEnable(capability);
+    else
+        glDisable(capability);
+}
+
+void sendMaterial(GLenum channel, const TportColor& c)
+{
+    if (c.r >= 0)
+        glMaterialfv(GL_FRONT_AND_BACK, channel, &c.r);
+}
+
+void ask(Kind kind, GLenum name, int count, double* out)
+{
+    GLint integers[kMostValues] = {};
+    GLfloat floats[kMostValues] = {};
+    switch (kind) {
+    case Kind::kSwitch:
+        out[0] = glIsEnabled(name);
+        return;
+    case Kind::kInteger:
+        glGetIntegerv(name, integers);
+        std::copy(integers, integers + count, out);
+        return;
+    case Kind::kFloat:
+    case Kind::kClamped:
+        glGetDoublev(name, out);
+        return;
+    case Kind::kMaterial:
+        glGetMaterialfv(GL_FRONT, name, floats);
+        std::copy(floats, floats + count, out);
+        return;
+    case Kind::kTexEnv:
+        glGetTexEnviv(GL_TEXTURE_ENV, name, integers);
+        std::copy(integers, integers + count, out);
+        return;
+    }
+}
+
+bool isSame(Kind kind, double recorded, double actual)
+{
+    if (kind == Kind::kClamped) {
+        recorded = std::clamp(recorded, 0.0, 1.0);
+        actual = std::clamp(actual, 0.0, 1.0);
+    }
+    if (kind == Kind::kInteger)
+        return static_cast<std::uint32_t>(static_cast<std::int64_t>(recorded)) ==
+               static_cast<std::uint32_t>(static_cast<std::int64_t>(actual));
+    return static_cast<float>(recorded) == static_cast<float>(actual);
+}
+
+Tstring listed(const double* values, int count)
+{
+    Tstring text;
+    for (int i = 0; i < count; ++i) {
+        char number[32];
+        std::snprintf(number, sizeof number, i ? " %g" : "%g", values[i]);
+        text += number;
+    }
+    return text;
+}
+
+} // namespace
+
+struct T3dPortAudit::Row
+{
+    const char* fState;
+    GLenum fName;
+    Kind fKind;
+    Values (*fRecorded)(const T3dPort& port, const TglContext& record);
+    void (*fSend)(const T3dPort& port, const TglContext& record);
+};
+
+struct T3dPortAudit::Table
+{
+    using Port = T3dPort;
+    using Record = TglContext;
+
+    static const Row fsRows[];
+    static Values switchBit(const TglContext& record, std::uint32_t bit, std::uint32_t resendBit);
+};
+
+Values T3dPortAudit::Table::switchBit(const TglContext& record, std::uint32_t bit, std::uint32_t resendBit)
+{
+    return Values::of(record.fDirtyBits.test(bit)).when(!record.fValidBits.test(resendBit));
+}
+
+// Texture parameters are missing on purpose: they belong to texture objects, which all ports share. So are light
+// enables and parameters, which are sent without being recorded.
+const T3dPortAudit::Row T3dPortAudit::Table::fsRows[] = {
+    {"matrix mode", GL_MATRIX_MODE, Kind::kInteger,
+     [](const Port&, const Record& r) { return Values::of(r.fMatrixMode); },
+     [](const Port&, const Record& r) { glMatrixMode(r.fMatrixMode); }},
+    {"model-view matrix", GL_MODELVIEW_MATRIX, Kind::kFloat,
+     [](const Port& p, const Record&) {
+         const std::uint32_t loaded = T3dPort::fsModelMatrixValid[p.planesRow()];
+         return Values::of(*p.fModelViewMatrix).when((p.fMatrixValid & loaded) == loaded);
+     },
+     nullptr},
+    {"projection matrix", GL_PROJECTION_MATRIX, Kind::kFloat,
+     [](const Port& p, const Record&) {
+         const std::uint32_t loaded = T3dPort::fsProjMatrixValid[p.planesRow()];
+         // While picking it has another in front, and an override waits for the next load.
+         const bool plain = !p.fPortFlags.test(T3dPort::kPortGLSelect | T3dPort::kPortRasterSelect) &&
+                            !p.fProjOverrideActive;
+         return Values::of(*p.fProjectionMatrix).when(plain && (p.fMatrixValid & loaded) == loaded);
+     },
+     nullptr},
+    {"viewport", GL_VIEWPORT, Kind::kInteger,
+     [](const Port& p, const Record&) {
+         const TportRect& v = *p.fViewport;
+         return Values::of(v.left, v.bottom, v.width(), v.height()).when(!v.isEmpty());
+     },
+     [](const Port& p, const Record&) { p.sendViewport(); }},
+    {"current colour", GL_CURRENT_COLOR, Kind::kFloat,
+     [](const Port&, const Record& r) { return Values::of(r.fColor, 3); },
+     [](const Port&, const Record& r) {
+         if (r.fColor.r >= 0)
+             glColor3fv(&r.fColor.r);
+     }},
+    {"clear colour", GL_COLOR_CLEAR_VALUE, Kind::kClamped,
+     [](const Port&, const Record& r) {
+         return Values::of(r.fClearColor.r, r.fClearColor.g, r.fClearColor.b, r.fClearColor.a);
+     },
+     [](const Port&, const Record& r) {
+         glClearColor(r.fClearColor.r, r.fClearColor.g, r.fClearColor.b, r.fClearColor.a);
+     }},
+    {"blending", GL_BLEND, Kind::kSwitch, [](const Port&, const Record& r) { return Values::of(r.fBlending); },
+     [](const Port&, const Record& r) { enable(GL_BLEND, r.fBlending); }},
+    {"blend source", GL_BLEND_SRC, Kind::kInteger,
+     [](const Port&, const Record& r) {
+         return Values::of(r.fBlendSource).when(!r.fValidBits.test(TglContext::kResendBlendFunc));
+     },
+     [](const Port&, const Record& r) { glBlendFunc(r.fBlendSource, r.fBlendDestination); }},
+    {"blend destination", GL_BLEND_DST, Kind::kInteger,
+     [](const Port&, const Record& r) {
+         return Values::of(r.fBlendDestination).when(!r.fValidBits.test(TglContext::kResendBlendFunc));
+     },
+     nullptr},
+    {"blend equation", GL_BLEND_EQUATION, Kind::kInteger,
+     [](const Port&, const Record& r) { return Values::of(r.fBlendEquation); },
+     [](const Port&, const Record& r) { glBlendEquation(r.fBlendEquation); }},
+    {"point size", GL_POINT_SIZE, Kind::kFloat,
+     // OpenGL refuses a size that is not positive, and keeps the one before.
+     [](const Port&, const Record& r) { return Values::of(r.fPointSize).when(r.fPointSize > 0); },
+     [](const Port&, const Record& r) { glPointSize(r.fPointSize); }},
+    {"line width", GL_LINE_WIDTH, Kind::kFloat,
+     [](const Port&, const Record& r) { return Values::of(r.fLineWidth).when(r.fLineWidth > 0); },
+     [](const Port&, const Record& r) { glLineWidth(r.fLineWidth); }},
+    {"line stipple", GL_LINE_STIPPLE, Kind::kSwitch,
+     [](const Port&, const Record& r) { return Values::of(!r.fLineStipple.isSolid()); },
+     [](const Port&, const Record& r) { enable(GL_LINE_STIPPLE, !r.fLineStipple.isSolid()); }},
+    {"line stipple pattern", GL_LINE_STIPPLE_PATTERN, Kind::kInteger,
+     [](const Port&, const Record& r) {
+         return Values::of(r.fLineStipple.fPattern).when(!r.fLineStipple.isSolid());
+     },
+     [](const Port&, const Record& r) {
+         if (!r.fLineStipple.isSolid())
+             glLineStipple(r.fLineStipple.fFactor, r.fLineStipple.fPattern);
+     }},
+    {"line stipple factor", GL_LINE_STIPPLE_REPEAT, Kind::kInteger,
+     [](const Port&, const Record& r) {
+         return Values::of(std::clamp(r.fLineStipple.fFactor, 1, 256)).when(!r.fLineStipple.isSolid());
+     },
+     nullptr},
+    {"culling", GL_CULL_FACE, Kind::kSwitch,
+     [](const Port&, const Record& r) { return Values::of(r.fDirtyBits.test(TglContext::kCullingOn)); },
+     [](const Port&, const Record& r) { enable(GL_CULL_FACE, r.fDirtyBits.test(TglContext::kCullingOn)); }},
+    {"scissor test", GL_SCISSOR_TEST, Kind::kSwitch,
+     [](const Port&, const Record& r) { return Values::of(r.fDirtyBits.test(TglContext::kScissorOn)); },
+     [](const Port&, const Record& r) { enable(GL_SCISSOR_TEST, r.fDirtyBits.test(TglContext::kScissorOn)); }},
+    {"scissor box", GL_SCISSOR_BOX, Kind::kInteger,
+     [](const Port&, const Record& r) {
+         return Values::of(r.fScissorX, r.fScissorY, r.fScissorWidth, r.fScissorHeight)
+             .when(r.fDirtyBits.test(TglContext::kScissorOn));
+     },
+     [](const Port&, const Record& r) {
+         if (r.fDirtyBits.test(TglContext::kScissorOn))
+             glScissor(r.fScissorX, r.fScissorY, r.fScissorWidth, r.fScissorHeight);
+     }},
+    {"depth test", GL_DEPTH_TEST, Kind::kSwitch,
+     [](const Port&, const Record& r) {
+         return switchBit(r, TglContext::kDepthTestOn, TglContext::kResendDepthTest);
+     },
+     [](const Port&, const Record& r) { enable(GL_DEPTH_TEST, r.fDirtyBits.test(TglContext::kDepthTestOn)); }},
+    {"depth function", GL_DEPTH_FUNC, Kind::kInteger,
+     [](const Port&, const Record& r) { return Values::of(r.fDepthFunc); },
+     [](const Port&, const Record& r) { glDepthFunc(r.fDepthFunc); }},
+    {"depth mask", GL_DEPTH_WRITEMASK, Kind::kInteger,
+     [](const Port&, const Record& r) { return Values::of(r.fDepthMask); },
+     [](const Port&, const Record& r) { glDepthMask(r.fDepthMask); }},
+    {"colour mask", GL_COLOR_WRITEMASK, Kind::kInteger,
+     [](const Port&, const Record& r) {
+         return Values::of(r.fColorMaskRed, r.fColorMaskGreen, r.fColorMaskBlue, r.fColorMaskAlpha);
+     },
+     [](const Port&, const Record& r) {
+         glColorMask(r.fColorMaskRed, r.fColorMaskGreen, r.fColorMaskBlue, r.fColorMaskAlpha);
+     }},
+    {"index write mask", GL_INDEX_WRITEMASK, Kind::kInteger,
+     [](const Port&, const Record& r) { return Values::of(r.fIndexWriteMask); },
+     [](const Port&, const Record& r) { glIndexMask(r.fIndexWriteMask); }},
+    {"dithering", GL_DITHER, Kind::kSwitch,
+     [](const Port&, const Record& r) {
+         return switchBit(r, TglContext::kDitheringOn, TglContext::kResendDithering);
+     },
+     [](const Port&, const Record& r) { enable(GL_DITHER, r.fDirtyBits.test(TglContext::kDitheringOn)); }},
+    {"shade model", GL_SHADE_MODEL, Kind::kInteger,
+     [](const Port& p, const Record& r) { return Values::of(r.fShadeModel).when(!p.isGLCoreViewport()); },
+     [](const Port&, const Record& r) { glShadeModel(r.fShadeModel); }},
+    {"lighting", GL_LIGHTING, Kind::kSwitch,
+     [](const Port&, const Record& r) {
+         return switchBit(r, TglContext::kLightingOn, TglContext::kResendLighting);
+     },
+     [](const Port&, const Record& r) { enable(GL_LIGHTING, r.fDirtyBits.test(TglContext::kLightingOn)); }},
+    {"two-sided lighting", GL_LIGHT_MODEL_TWO_SIDE, Kind::kInteger,
+     [](const Port&, const Record& r) {
+         return switchBit(r, TglContext::kTwoSidedOn, TglContext::kResendTwoSided);
+     },
+     [](const Port&, const Record& r) {
+         glLightModelf(GL_LIGHT_MODEL_TWO_SIDE, r.fDirtyBits.test(TglContext::kTwoSidedOn));
+     }},
+    {"light model ambient", GL_LIGHT_MODEL_AMBIENT, Kind::kFloat,
+     [](const Port&, const Record& r) { return Values::of(r.fLightModelAmbient, 4); },
+     [](const Port&, const Record& r) { glLightModelfv(GL_LIGHT_MODEL_AMBIENT, &r.fLightModelAmbient.r); }},
+    {"local viewer", GL_LIGHT_MODEL_LOCAL_VIEWER, Kind::kInteger,
+     [](const Port&, const Record& r) { return Values::of(r.fLocalViewer); },
+     [](const Port&, const Record& r) { glLightModelf(GL_LIGHT_MODEL_LOCAL_VIEWER, r.fLocalViewer); }},
+    {"ambient material", GL_AMBIENT, Kind::kMaterial,
+     [](const Port&, const Record& r) { return Values::of(r.fMaterialAmbient, 3); },
+     [](const Port&, const Record& r) { sendMaterial(GL_AMBIENT, r.fMaterialAmbient); }},
+    {"diffuse material", GL_DIFFUSE, Kind::kMaterial,
+     [](const Port&, const Record& r) { return Values::of(r.fMaterialDiffuse, 3); },
+     [](const Port&, const Record& r) { sendMaterial(GL_DIFFUSE, r.fMaterialDiffuse); }},
+    {"specular material", GL_SPECULAR, Kind::kMaterial,
+     [](const Port&, const Record& r) { return Values::of(r.fMaterialSpecular, 3); },
+     [](const Port&, const Record& r) { sendMaterial(GL_SPECULAR, r.fMaterialSpecular); }},
+    {"emission material", GL_EMISSION, Kind::kMaterial,
+     [](const Port&, const Record& r) { return Values::of(r.fMaterialEmission, 3); },
+     [](const Port&, const Record& r) { sendMaterial(GL_EMISSION, r.fMaterialEmission); }},
+    {"shininess", GL_SHININESS, Kind::kMaterial,
+     [](const Port&, const Record& r) { return Values::of(r.fMaterialShininess); },
+     [](const Port&, const Record& r) {
+         glMaterialf(GL_FRONT_AND_BACK, GL_SHININESS, static_cast<float>(r.fMaterialShininess));
+     }},
+    {"texture unit", GL_ACTIVE_TEXTURE, Kind::kInteger,
+     [](const Port&, const Record& r) { return Values::of(r.fTextureUnit); },
+     [](const Port&, const Record& r) { glActiveTexture(r.fTextureUnit); }},
+    {"texture environment", GL_TEXTURE_ENV_MODE, Kind::kTexEnv,
+     [](const Port&, const Record& r) { return Values::of(r.fTextureEnv); },
+     [](const Port&, const Record& r) {
+         glTexEnvi(GL_TEXTURE_ENV, GL_TEXTURE_ENV_MODE, static_cast<GLint>(r.fTextureEnv));
+     }},
+    {"texture combine", 0, Kind::kTexEnv,
+     [](const Port&, const Record& r) { return Values::of(r.fCombine).asking(r.fCombineParam); },
+     [](const Port&, const Record& r) {
+         glTexEnvi(GL_TEXTURE_ENV, r.fCombineParam, static_cast<GLint>(r.fCombine));
+     }},
+    {"texture combine source", 0, Kind::kTexEnv,
+     [](const Port&, const Record& r) { return Values::of(r.fSource).asking(r.fSourceParam); },
+     [](const Port&, const Record& r) { glTexEnvi(GL_TEXTURE_ENV, r.fSourceParam, static_cast<GLint>(r.fSource)); }},
+    {"texture combine operand", 0, Kind::kTexEnv,
+     [](const Port&, const Record& r) { return Values::of(r.fOperand).asking(r.fOperandParam); },
+     [](const Port&, const Record& r) {
+         glTexEnvi(GL_TEXTURE_ENV, r.fOperandParam, static_cast<GLint>(r.fOperand));
+     }},
+    {"texture combine scale", 0, Kind::kTexEnv,
+     [](const Port&, const Record& r) { return Values::of(r.fScale).asking(r.fScaleParam); },
+     [](const Port&, const Record& r) { glTexEnvi(GL_TEXTURE_ENV, r.fScaleParam, static_cast<GLint>(r.fScale)); }},
+    {"polygon offset fill", GL_POLYGON_OFFSET_FILL, Kind::kSwitch,
+     [](const Port& p, const Record&) { return Values::of(p.fPolygonOffsetFillOn); },
+     [](const Port& p, const Record&) { enable(GL_POLYGON_OFFSET_FILL, p.fPolygonOffsetFillOn); }},
+    {"fog", GL_FOG, Kind::kSwitch, [](const Port& p, const Record&) { return Values::of(p.isFogEnabled()); },
+     [](const Port& p, const Record&) { enable(GL_FOG, p.isFogEnabled()); }},
+    {"fog mode", GL_FOG_MODE, Kind::kInteger,
+     [](const Port& p, const Record&) { return Values::of(p.fFogMode).when(p.fFogParametersSent); },
+     [](const Port& p, const Record&) {
+         if (p.fFogParametersSent)
+             glFogi(GL_FOG_MODE, static_cast<GLint>(p.fFogMode));
+     }},
+    {"fog density", GL_FOG_DENSITY, Kind::kFloat,
+     [](const Port& p, const Record&) { return Values::of(p.fFogDensity).when(p.fFogParametersSent); },
+     [](const Port& p, const Record&) {
+         if (p.fFogParametersSent)
+             glFogf(GL_FOG_DENSITY, p.fFogDensity);
+     }},
+    {"fog start", GL_FOG_START, Kind::kFloat,
+     [](const Port& p, const Record&) { return Values::of(p.fFogStart).when(p.fFogParametersSent); },
+     [](const Port& p, const Record&) {
+         if (p.fFogParametersSent)
+             glFogf(GL_FOG_START, static_cast<float>(p.fFogStart));
+     }},
+    {"fog end", GL_FOG_END, Kind::kFloat,
+     [](const Port& p, const Record&) { return Values::of(p.fFogEnd).when(p.fFogParametersSent); },
+     [](const Port& p, const Record&) {
+         if (p.fFogParametersSent)
+             glFogf(GL_FOG_END, static_cast<float>(p.fFogEnd));
+     }},
+    {"fog source", GL_FOG_COORDINATE_SOURCE, Kind::kInteger,
+     [](const Port& p, const Record&) {
+         return Values::of(p.fFogSource).when(T3dPort::fsGraphicsFlags.test(T3dPort::kHasFogCoord));
+     },
+     [](const Port& p, const Record&) {
+         if (T3dPort::fsGraphicsFlags.test(T3dPort::kHasFogCoord))
+             glFogi(GL_FOG_COORDINATE_SOURCE, static_cast<GLint>(p.fFogSource));
+     }},
+};
+
+TstringArray T3dPortAudit::differences(const T3dPort& port)
+{
+    TstringArray found;
+    const TglContext* record = port.fContext;
+    if (!record || !port.glWidget())
+        return found;
+    port.setCurrentContext();
+    for (const Row& row : Table::fsRows) {
+        const Values recorded = row.fRecorded(port, *record);
+        if (recorded.fCount == 0)
+            continue;
+        double actual[kMostValues] = {};
+        ask(row.fKind, recorded.fName ? recorded.fName : row.fName, recorded.fCount, actual);
+        bool same = true;
+        for (int i = 0; i < recorded.fCount; ++i)
+            same = same && isSame(row.fKind, recorded.fValue[i], actual[i]);
+        if (!same) {
+            Tstring line(row.fState);
+            line += ": recorded ";
+            line += listed(recorded.fValue, recorded.fCount);
+            line += ", OpenGL has ";
+            line += listed(actual, recorded.fCount);
+            found.append(line);
+        }
+    }
+    return found;
+}
+
+void T3dPortAudit::printDifferences(const T3dPort& port)
+{
+    for (const Tstring& line : differences(port))
+        std::printf("T3dPort %p state - %s\n", static_cast<const void*>(&port), line.asChar());
+}
+
+void T3dPortAudit::send(T3dPort& port)
+{
+    TglContext* record = port.fContext;
+    if (!record || port.isGLCoreViewport())
+        return;
+    for (const Row& row : Table::fsRows)
+        if (row.fSend)
+            row.fSend(port, *record);
+    record->fValidBits.setAll();
+    port.fMatrixValid &= ~std::uint32_t(T3dPort::kAllMatricesValid);
+}

@@ -1,0 +1,27 @@
+#pragma once
+
+#include "Export.h"
+#include "foundation/TsharedObject.h"
+
+#include <GL/gl.h>
+
+/** A counted block of consecutive OpenGL display-list names; the last holder deletes the lists. */
+class LIRN_3DGRAPHICS_EXPORT TglListId : public TsharedObject
+{
+public:
+    /** Reserves @p count consecutive names in the current context's share group (glGenLists). */
+    explicit TglListId(GLsizei count);
+    /** Deletes the lists (glDeleteLists) unless none were reserved. */
+    ~TglListId() override;
+
+    TglListId(const TglListId&) = delete;
+    TglListId& operator=(const TglListId&) = delete;
+
+    /** The first name of the block; 0 when OpenGL had none to give. */
+    GLuint first() const { return fFirst; }
+    GLsizei count() const { return fCount; }
+
+private:
+    GLuint fFirst = 0;
+    GLsizei fCount = 0;
+};

@@ -1,0 +1,69 @@
+#include "QtExtensions/QlirnGLRenderTarget.h"
+
+#include <QGLFramebufferObject>
+#include <QGLPixelBuffer>
+#include <QGLWidget>
+#include <QSize>
+
+#include <cstdio>
+
+QlirnGLRenderTarget::QlirnGLRenderTarget(bool debug) : fFormat(QGLFormat::defaultFormat()), fDebug(debug)
+{
+}
+
+QlirnGLRenderTarget::~QlirnGLRenderTarget()
+{
+    release();
+}
+
+bool QlirnGLRenderTarget::create(const QSize& size, const QGLFormat* format, QGLWidget* shareWidget)
+{
+    const bool sizeFits = size == QSize(fWidth, fHeight);
+    if (format ? fPixelBuffer && sizeFits && *format == fFormat : fFramebufferObject && sizeFits)
+        return true;
+
+    release();
+    fWidth = size.width();
+    fHeight = size.height();
+    bool valid = false;
+    if (format) {
+        fFormat = *format;
+        fPixelBuffer = new QGLPixelBuffer(size, *format, shareWidget);
+        valid = fPixelBuffer->isValid();
+    } else {
+        fFramebufferObject =
+            new QGLFramebufferObject(size, QGLFramebufferObject::Depth, GL_TEXTURE_2D, GL_RGBA8);
+        valid = fFramebufferObject->isValid();
+    }
+    if (!valid)
+        release();
+    if (fDebug) {
+        if (format)
+            std::printf("(Re)create PBO QT target %d. Size %d x %d\n", fPixelBuffer != nullptr, fWidth, fHeight);
+        else
+            std::printf("(Re)create QT FBO target %d. Size %d x %d\n", fFramebufferObject != nullptr, fWidth,
+                        fHeight);
+    }
+    return fPixelBuffer || fFramebufferObject;
+}
+
+bool QlirnGLRenderTarget::isValid() const
+{
+    const bool framebuffer = fFramebufferObject && fFramebufferObject->isValid();
+    const bool pixelBuffer = fPixelBuffer && fPixelBuffer->isValid();
+    return framebuffer != pixelBuffer;
+}
+
+void QlirnGLRenderTarget::release()
+{
+    if (fDebug)
+        std::printf("Destroy QT target\n");
+    delete fPixelBuffer;
+    fPixelBuffer = nullptr;
+    delete fFramebufferObject;
+    fFramebufferObject = nullptr;
+    fWidth = 0;
+    fHeight = 0;
+    fFormat = QGLFormat::defaultFormat();
+    fInUse = false;
+}

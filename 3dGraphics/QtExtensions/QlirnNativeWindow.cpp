@@ -1,0 +1,170 @@
+#include <QAbstractNativeEventFilter>
+#include <QCoreApplication>
+#include <QHash>
+#include <QX11Info>
+
+#include "QtExtensions/QlirnNativeWindow.h"
+
+#include "Graphics/3dPort/T3dPort.h"
+
+#include <cstdlib>
+#include <xcb/xcb.h>
+
+namespace {
+
+/**
+ * Repaints a widget whose GL window was uncovered: the server exposes the child window then, and never the widget's
+ * window that lies wholly behind it.
+ */
+class ExposeFilter : public QAbstractNativeEventFilter
+{
+public:
+    static ExposeFilter& instance()
+    {
+        static ExposeFilter filter;
+        return filter;
+    }
+
+    void add(Window window, QWidget* widget)
+    {
+        // Installed again each time, because a filter goes with the application object; Qt keeps one entry.
+        if (QCoreApplication* app = QCoreApplication::instance())
+            app->installNativeEventFilter(this);
+        fWidgets.insert(window, widget);
+    }
+
+    void remove(Window window) { fWidgets.remove(window); }
+
+    bool nativeEventFilter(const QByteArray& type, void* message, long*) override
+    {
+        if (type != "xcb_generic_event_t")
+            return false;
+        const auto* event = static_cast<const xcb_generic_event_t*>(message);
+        if ((event->response_type & 0x7f) != XCB_EXPOSE)
+            return false;
+        const auto* expose = reinterpret_cast<const xcb_expose_event_t*>(event);
+        QWidget* widget = expose->count == 0 ? fWidgets.value(expose->window) : nullptr;
+        if (widget)
+            widget->update();
+        return false;
+    }
+
+private:
+    QHash<Window, QWidget*> fWidgets;
+};
+
+} // namespace
+
+QlirnNativeWindow::QlirnNativeWindow(QWidget* widget, const XVisualInfo* visual)
+    : fWidget(widget), fDisplay(QX11Info::display()), fVisual(visual ? visual->visual : nullptr),
+      fDepth(visual ? visual->depth : 0)
+{
+    if (!fDisplay || !fVisual)
+        return;
+    const QWidget* parent = widget->parentWidget();
+    const Window above = parent && parent->internalWinId() ? parent->internalWinId()
+                                                           : RootWindow(fDisplay, visual->screen);
+    fColormap = XCreateColormap(fDisplay, above, fVisual, AllocNone);
+    create();
+}
+
+QlirnNativeWindow::~QlirnNativeWindow()
+{
+    if (fWindow) {
+        ExposeFilter::instance().remove(fWindow);
+        if (isAlive())
+            XDestroyWindow(fDisplay, fWindow);
+    }
+    if (fColormap)
+        XFreeColormap(fDisplay, fColormap);
+}
+
+void QlirnNativeWindow::create()
+{
+    fParent = fWidget->winId();
+    fSize = windowSize();
+    XSetWindowAttributes attributes{};
+    attributes.colormap = fColormap;
+    attributes.border_pixel = 0;
+    // No background: the server would paint it on every resize before the port draws, which shows as flicker.
+    attributes.background_pixmap = QlirnX11::kNone;
+    attributes.bit_gravity = SouthWestGravity;
+    attributes.event_mask = ExposureMask;
+    fWindow = XCreateWindow(fDisplay, fParent, 0, 0, unsigned(fSize.width()), unsigned(fSize.height()), 0, fDepth,
+                            InputOutput, fVisual,
+                            CWColormap | CWBorderPixel | CWBackPixmap | CWBitGravity | CWEventMask, &attributes);
+    XMapWindow(fDisplay, fWindow);
+    ExposeFilter::instance().add(fWindow, fWidget);
+}
+
+void QlirnNativeWindow::replace()
+{
+    const Window old = fWindow;
+    if (glXGetCurrentDrawable() == old) {
+        glXMakeCurrent(fDisplay, QlirnX11::kNone, nullptr);
+        T3dPort::nativeBindingMoved();
+    }
+    ExposeFilter::instance().remove(old);
+    create();
+    XDestroyWindow(fDisplay, old);
+    XSync(fDisplay, 0);
+}
+
+bool QlirnNativeWindow::isAlive() const
+{
+    // Asked through XCB, where a window that died with its parent is an empty answer and not an X error.
+    xcb_connection_t* connection = QX11Info::connection();
+    if (!connection)
+        return false;
+    auto* reply = xcb_get_window_attributes_reply(
+        connection, xcb_get_window_attributes(connection, xcb_window_t(fWindow)), nullptr);
+    std::free(reply);
+    return reply != nullptr;
+}
+
+void QlirnNativeWindow::followSize()
+{
+    if (!fWindow)
+        return;
+    const QSize size = windowSize();
+    if (size == fSize)
+        return;
+    if (!fSizeFollowed) {
+        // Software GLX keeps the size that a drawable was first bound with until the first swap, and the first binding
+        // came before the layout had given the widget a size. A new window is bound with the right one.
+        fSizeFollowed = true;
+        replace();
+        return;
+    }
+    fSize = size;
+    XResizeWindow(fDisplay, fWindow, unsigned(size.width()), unsigned(size.height()));
+    // Software GLX goes on with the old drawable size until the server has answered.
+    XSync(fDisplay, 0);
+}
+
+void QlirnNativeWindow::followParent()
+{
+    if (!fWindow || !fWidget->internalWinId() || fWidget->internalWinId() == fParent)
+        return;
+    if (isAlive()) {
+        fParent = fWidget->internalWinId();
+        XReparentWindow(fDisplay, fWindow, fParent, 0, 0);
+        XMapWindow(fDisplay, fWindow);
+        followSize();
+    } else {
+        ExposeFilter::instance().remove(fWindow);
+        create();
+    }
+    XSync(fDisplay, 0);
+}
+
+QSize QlirnNativeWindow::deviceSize(const QWidget* widget)
+{
+    const qreal ratio = widget->devicePixelRatioF();
+    return QSize(qRound(widget->width() * ratio), qRound(widget->height() * ratio));
+}
+
+QSize QlirnNativeWindow::windowSize() const
+{
+    return deviceSize(fWidget).expandedTo(QSize(1, 1)); // X has no empty windows
+}

@@ -1,0 +1,50 @@
+#pragma once
+
+#include <QSize>
+#include <QWidget>
+
+#include "QtExtensions/QlirnX11.h"
+
+/**
+ * The X window that a GL widget draws in.
+ *
+ * Qt 5 gives no way to replace a widget's native window by one made with a GLX visual of our choice, so the window is a
+ * child that covers the widget's. It selects exposures only: the pointer and keyboard events that it gets propagate to
+ * the widget's window, where Qt reads them. The widget tells it about sizes and about a changed native window.
+ */
+class QlirnNativeWindow
+{
+public:
+    /** A window with @p visual and a colormap for it, over @p widget; nothing at all without a visual. */
+    QlirnNativeWindow(QWidget* widget, const XVisualInfo* visual);
+    ~QlirnNativeWindow();
+
+    QlirnNativeWindow(const QlirnNativeWindow&) = delete;
+    QlirnNativeWindow& operator=(const QlirnNativeWindow&) = delete;
+
+    Window id() const { return fWindow; }
+
+    /** Takes the widget's size; when this returns, the server has done so too. */
+    void followSize();
+    /** Moves into the widget's present native window, after Qt has given it another. */
+    void followParent();
+
+    /** The widget's size in device pixels, which are the pixels of its port. */
+    static QSize deviceSize(const QWidget* widget);
+
+private:
+    void create();
+    void replace();
+    QSize windowSize() const;
+    bool isAlive() const;
+
+    QWidget* fWidget;
+    Display* fDisplay;
+    ::Visual* fVisual;
+    int fDepth;
+    Colormap fColormap = QlirnX11::kNone;
+    Window fWindow = QlirnX11::kNone;
+    Window fParent = QlirnX11::kNone;
+    QSize fSize;
+    bool fSizeFollowed = false;
+};

@@ -1,0 +1,3 @@
+#include "foundation/TbatchGlobals.h"
+
+bool TbatchGlobals::fUseNonAffineXformCalculations = false;

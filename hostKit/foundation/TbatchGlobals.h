@@ -1,0 +1,8 @@
+#pragma once
+
+/** Switches of the whole program. */
+class TbatchGlobals
+{
+public:
+    static bool fUseNonAffineXformCalculations; ///< model-view products in full, not as affine ones
+};

@@ -1,0 +1,5 @@
+#include "foundation/TeventHandler.h"
+
+bool TeventHandler::fsUseScrollWheel = true;
+
+TeventHandler::~TeventHandler() = default;

@@ -1,0 +1,4 @@
+#include "foundation/TglobalTranslatorBase.h"
+
+bool TglobalTranslatorBase::fsNewingFile = false;
+bool TglobalTranslatorBase::fsFlushingScene = false;

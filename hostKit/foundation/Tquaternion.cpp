@@ -1,0 +1,31 @@
+#include "foundation/Tquaternion.h"
+
+#include <cmath>
+
+Tquaternion Tquaternion::fromAxisAngle(const T4dDblVector& axis, double radians)
+{
+    const double length = std::hypot(axis.x, axis.y, axis.z);
+    if (length == 0)
+        return {};
+    const double s = std::sin(radians / 2);
+    return {axis.x / length * s, axis.y / length * s, axis.z / length * s, std::cos(radians / 2)};
+}
+
+Tquaternion::operator T4dDblMatrix() const
+{
+    T4dDblMatrix m;
+    const double norm = x * x + y * y + z * z + w * w;
+    if (norm == 0)
+        return m;
+    const double s = 2 / norm;
+    m[0] = 1 - s * (y * y + z * z);
+    m[1] = s * (x * y + w * z);
+    m[2] = s * (x * z - w * y);
+    m[4] = s * (x * y - w * z);
+    m[5] = 1 - s * (x * x + z * z);
+    m[6] = s * (y * z + w * x);
+    m[8] = s * (x * z + w * y);
+    m[9] = s * (y * z - w * x);
+    m[10] = 1 - s * (x * x + y * y);
+    return m;
+}

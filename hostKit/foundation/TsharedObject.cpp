@@ -1,0 +1,3 @@
+#include "foundation/TsharedObject.h"
+
+TsharedObject::~TsharedObject() = default;

@@ -1,0 +1,6 @@
+#pragma once
+
+#include "foundation/Tarray.h"
+#include "foundation/Tstring.h"
+
+using TstringArray = Tarray<Tstring>;

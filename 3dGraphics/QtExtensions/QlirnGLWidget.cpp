@@ -155,12 +155,16 @@ void QlirnGLWidget::resizeGL(int w, int h)
 
 void QlirnGLWidget::resizeViewPort(int w, int h)
 {
+    if (fNativeWindow)
+        fNativeWindow->beginPaint();
     makeCurrent();
     resizeGL(w, h);
 }
 
 void QlirnGLWidget::renderScene()
 {
+    if (fNativeWindow)
+        fNativeWindow->beginPaint();
     makeCurrent();
     paintGL();
 }

@@ -25,15 +25,15 @@ public:
         return filter;
     }
 
-    void add(Window window, QWidget* widget)
+    void add(QlirnNativeWindow* window)
     {
         // Installed again each time, because a filter goes with the application object; Qt keeps one entry.
         if (QCoreApplication* app = QCoreApplication::instance())
             app->installNativeEventFilter(this);
-        fWidgets.insert(window, widget);
+        fWindows.insert(window->id(), window);
     }
 
-    void remove(Window window) { fWidgets.remove(window); }
+    void remove(Window window) { fWindows.remove(window); }
 
     bool nativeEventFilter(const QByteArray& type, void* message, long*) override
     {
@@ -43,14 +43,14 @@ public:
         if ((event->response_type & 0x7f) != XCB_EXPOSE)
             return false;
         const auto* expose = reinterpret_cast<const xcb_expose_event_t*>(event);
-        QWidget* widget = expose->count == 0 ? fWidgets.value(expose->window) : nullptr;
-        if (widget)
-            widget->update();
+        QlirnNativeWindow* window = expose->count == 0 ? fWindows.value(expose->window) : nullptr;
+        if (window)
+            window->exposed(event->full_sequence);
         return false;
     }
 
 private:
-    QHash<Window, QWidget*> fWidgets;
+    QHash<Window, QlirnNativeWindow*> fWindows;
 };
 
 } // namespace
@@ -94,7 +94,7 @@ void QlirnNativeWindow::create()
                             InputOutput, fVisual,
                             CWColormap | CWBorderPixel | CWBackPixmap | CWBitGravity | CWEventMask, &attributes);
     XMapWindow(fDisplay, fWindow);
-    ExposeFilter::instance().add(fWindow, fWidget);
+    ExposeFilter::instance().add(this);
 }
 
 void QlirnNativeWindow::replace()
@@ -120,6 +120,19 @@ bool QlirnNativeWindow::isAlive() const
         connection, xcb_get_window_attributes(connection, xcb_window_t(fWindow)), nullptr);
     std::free(reply);
     return reply != nullptr;
+}
+
+void QlirnNativeWindow::beginPaint()
+{
+    if (fWindow)
+        fPaintSequence = static_cast<std::uint32_t>(XNextRequest(fDisplay));
+}
+
+void QlirnNativeWindow::exposed(std::uint32_t sequence)
+{
+    // The difference is taken as signed, because request numbers wrap.
+    if (static_cast<std::int32_t>(sequence - fPaintSequence) >= 0)
+        fWidget->update();
 }
 
 void QlirnNativeWindow::followSize()

@@ -3,6 +3,8 @@
 #include <QSize>
 #include <QWidget>
 
+#include <cstdint>
+
 #include "QtExtensions/QlirnX11.h"
 
 /**
@@ -23,6 +25,11 @@ public:
     QlirnNativeWindow& operator=(const QlirnNativeWindow&) = delete;
 
     Window id() const { return fWindow; }
+
+    /** To be called before the widget is painted: what was uncovered before needs no painting of its own then. */
+    void beginPaint();
+    /** Repaints the widget for an exposure of request number @p sequence, unless it was painted since. */
+    void exposed(std::uint32_t sequence);
 
     /** Takes the widget's size; when this returns, the server has done so too. */
     void followSize();
@@ -47,4 +54,5 @@ private:
     Window fParent = QlirnX11::kNone;
     QSize fSize;
     bool fSizeFollowed = false;
+    std::uint32_t fPaintSequence = 0; ///< number of the first X request of the last paint
 };

@@ -21,7 +21,7 @@
 #include <algorithm>
 #include <cstdio>
 
-QlirnGLWidgetPtrArray QlirnGLWidget::fsWidgetList;
+QlirnGLWidgetPtrArray& QlirnGLWidget::fsWidgetList = *new QlirnGLWidgetPtrArray;
 
 namespace {
 

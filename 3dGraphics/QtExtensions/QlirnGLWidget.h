@@ -97,7 +97,7 @@ private:
     Tevent makeEvent(unsigned type, const QMouseEvent& event, bool withGlobalPosition) const;
     void traceEvent(const char* what, const Tevent& event) const;
 
-    static QlirnGLWidgetPtrArray fsWidgetList; ///< in order of creation
+    static QlirnGLWidgetPtrArray& fsWidgetList; ///< in order of creation; never destroyed
 
     bool fTabletMoved = false; ///< a stylus move was seen since the last mouse move
     bool fInitialized = false;

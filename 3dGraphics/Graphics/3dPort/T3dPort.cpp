@@ -80,10 +80,10 @@ QGLFormat wantedFormat(const char* name, bool coreProfile, bool stereo)
 
 } // namespace
 
-T3dPortPtrArray T3dPort::fsAllPorts(8);
-TglContextPtrArray T3dPort::fsAllContexts(8);
+T3dPortPtrArray& T3dPort::fsAllPorts = *new T3dPortPtrArray(8);
+TglContextPtrArray& T3dPort::fsAllContexts = *new TglContextPtrArray(8);
 TbitField64 T3dPort::fsGraphicsFlags;
-TsortedStringArray T3dPort::fRegisteredRenderers(8);
+TsortedStringArray& T3dPort::fRegisteredRenderers = *new TsortedStringArray(8);
 T3dPort* T3dPort::fsTexturePort = nullptr;
 unsigned* T3dPort::fsSelectBuffer = nullptr;
 bool T3dPort::fsSecondaryBufferAsPrimary = false;

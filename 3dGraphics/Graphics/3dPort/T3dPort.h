@@ -55,8 +55,9 @@ using TglContextPtrArray = Tarray<TglContext*>;
  * @endcode
  *
  * Coordinates are device pixels, the origin is the lower left corner. A port without a widget, because it was given no
- * parent or because the display has no GLX, accepts every call and draws nothing. Everything is for the GUI thread;
- * debug builds report a call from another one through the error handler.
+ * parent or because the display has no GLX, accepts every call; it makes nothing current, so that what it sends to OpenGL
+ * goes to the context that is. Everything is for the GUI thread; debug builds report a call from another one through the
+ * error handler.
  */
 class LIRN_3DGRAPHICS_EXPORT T3dPort : public Tcontrol
 {
@@ -246,6 +247,9 @@ public:
     void initBuffer();
 
     TbitField64 portFlags() const { return fPortFlags; }
+    /** Something of the host's that lives as long as the port. */
+    const std::shared_ptr<void>& sharedHandle() const { return fSharedHandle; }
+    void setSharedHandle(std::shared_ptr<void> handle) { fSharedHandle = std::move(handle); }
     bool isDebuggingPorts() const { return fDebugPorts; }
 
     static const T3dPortPtrArray& allPorts() { return fsAllPorts; }
@@ -619,7 +623,7 @@ public:
     // Class-wide state
 
     static TbitField64 fsGraphicsFlags;
-    static TsortedStringArray fRegisteredRenderers; ///< names of the renderers that ports have used
+    static TsortedStringArray& fRegisteredRenderers; ///< names of the renderers that ports have used
     static T3dPort* fsTexturePort;                  ///< the port that owns texture uploads
     static unsigned* fsSelectBuffer;                ///< the shared hit buffer, kSelectBufferSize words
     static bool fsSecondaryBufferAsPrimary;
@@ -775,11 +779,11 @@ private:
     std::int32_t fReserved2 = -1;
     Tstring fReservedName;
 
-    // Class-wide state
+    // Class-wide state. The registries are never destroyed: ports may outlive the static objects of the library.
 
-    static T3dPortPtrArray fsAllPorts;
-    static TglContextPtrArray fsAllContexts;
-    static TglColorTablePtrArray fsAllColorTables;
+    static T3dPortPtrArray& fsAllPorts;
+    static TglContextPtrArray& fsAllContexts;
+    static TglColorTablePtrArray& fsAllColorTables;
     static TglColorTable* fsModelViewDefaultColorTable;
     static T3dPort* fsCurrentPort;
     static bool fsBindingMoved; ///< something else than a port has switched contexts since makeCurrent

@@ -2,7 +2,7 @@
 
 #include "Graphics/3dPort/T3dPort.h"
 
-TglColorTablePtrArray T3dPort::fsAllColorTables(8);
+TglColorTablePtrArray& T3dPort::fsAllColorTables = *new TglColorTablePtrArray(8);
 TglColorTable* T3dPort::fsModelViewDefaultColorTable = nullptr;
 
 TglColorTable* T3dPort::getColorTable(unsigned short base, bool& created)

@@ -1,0 +1,110 @@
+#include "TcommandLine.h"
+
+#include <QCommandLineParser>
+#include <QCoreApplication>
+#include <QRegularExpression>
+
+namespace {
+
+TcommandLine failed(const QString& sentence)
+{
+    TcommandLine line;
+    line.fRequest = TcommandLine::kError;
+    line.fText = sentence;
+    return line;
+}
+
+/** The side lengths in "960x720"; an empty size for anything else. */
+QSize parsedSize(const QString& text)
+{
+    static const QRegularExpression pattern(QStringLiteral("\\A(\\d{1,5})x(\\d{1,5})\\z"));
+    const QRegularExpressionMatch match = pattern.match(text);
+    const QSize size(match.captured(1).toInt(), match.captured(2).toInt());
+    const auto fits = [](int side) { return side >= TcommandLine::kMinSide && side <= TcommandLine::kMaxSide; };
+    return fits(size.width()) && fits(size.height()) ? size : QSize();
+}
+
+} // namespace
+
+TcommandLine TcommandLine::parse(const QStringList& arguments)
+{
+    QCommandLineParser parser;
+    // Qt's own options start with one dash.
+    parser.setSingleDashWordOptionMode(QCommandLineParser::ParseAsLongOptions);
+    parser.setApplicationDescription(QStringLiteral("Shows a polygon model in one view or four."));
+    const QCommandLineOption help = parser.addHelpOption();
+    const QCommandLineOption version = parser.addVersionOption();
+    const QCommandLineOption snapshot(QStringLiteral("snapshot"), QStringLiteral("Write a picture and exit."),
+                                      QStringLiteral("OUT.png"));
+    const QCommandLineOption size(QStringLiteral("size"),
+                                  QStringLiteral("Size of the view area in device pixels, %1 to %2 each way (960x720).")
+                                      .arg(kMinSide)
+                                      .arg(kMaxSide),
+                                  QStringLiteral("WxH"));
+    const QCommandLineOption shading(QStringLiteral("shading"), QStringLiteral("Start with this shading (flat)."),
+                                     QStringLiteral("wire|flat"));
+    const QCommandLineOption views(QStringLiteral("views"), QStringLiteral("Start with one view or four (one)."),
+                                   QStringLiteral("one|four"));
+    parser.addOptions({snapshot, size, shading, views});
+    for (const char* name : {"platform", "display", "style"}) {
+        QCommandLineOption option(QString::fromLatin1(name), QString(), QStringLiteral("name"));
+        option.setFlags(QCommandLineOption::HiddenFromHelp);
+        parser.addOption(option);
+    }
+    parser.addPositionalArgument(QStringLiteral("MODEL.obj"), QStringLiteral("The model; without one, a torus knot."),
+                                 QStringLiteral("[MODEL.obj]"));
+
+    if (!parser.parse(arguments)) {
+        const QString text = parser.errorText();
+        return failed(text.left(1).toLower() + text.mid(1) + (text.endsWith(QLatin1Char('.')) ? QString() : QStringLiteral(".")));
+    }
+
+    TcommandLine line;
+    if (parser.isSet(help)) {
+        line.fRequest = kHelp;
+        line.fText = parser.helpText();
+        return line;
+    }
+    if (parser.isSet(version)) {
+        line.fRequest = kVersion;
+        line.fText = QStringLiteral("portview %1\n").arg(QCoreApplication::applicationVersion());
+        return line;
+    }
+
+    const QStringList models = parser.positionalArguments();
+    if (models.size() > 1)
+        return failed(QStringLiteral("one model at a time, please; \"%1\" is one too many.").arg(models.at(1)));
+    line.fModel = models.value(0);
+    if (models.size() == 1 && line.fModel.isEmpty())
+        return failed(QStringLiteral("the name of the model is empty."));
+
+    line.fSnapshot = parser.value(snapshot);
+    if (parser.isSet(snapshot) && line.fSnapshot.isEmpty())
+        return failed(QStringLiteral("--snapshot needs the name of a file."));
+
+    if (parser.isSet(size)) {
+        line.fSize = parsedSize(parser.value(size));
+        if (line.fSize.isEmpty()) {
+            return failed(QStringLiteral("--size takes WIDTHxHEIGHT, each from %1 to %2, not \"%3\".")
+                              .arg(kMinSide)
+                              .arg(kMaxSide)
+                              .arg(parser.value(size)));
+        }
+    }
+
+    const QString wantedShading = parser.isSet(shading) ? parser.value(shading) : QStringLiteral("flat");
+    if (wantedShading == QLatin1String("wire"))
+        line.fShading = TviewScene::kWire;
+    else if (wantedShading != QLatin1String("flat"))
+        return failed(QStringLiteral("--shading takes wire or flat, not \"%1\".").arg(wantedShading));
+
+    const QString wantedViews = parser.isSet(views) ? parser.value(views) : QStringLiteral("one");
+    if (wantedViews == QLatin1String("four"))
+        line.fFourViews = true;
+    else if (wantedViews != QLatin1String("one"))
+        return failed(QStringLiteral("--views takes one or four, not \"%1\".").arg(wantedViews));
+
+    line.fPlatform = parser.value(QStringLiteral("platform"));
+    line.fDisplay = parser.value(QStringLiteral("display"));
+    return line;
+}

@@ -1,0 +1,376 @@
+#include "TobjModel.h"
+
+#include "TfaceFiller.h"
+#include "foundation/Tangle.h"
+
+#include <tiny_obj_loader.h>
+
+#include <algorithm>
+#include <cerrno>
+#include <cmath>
+#include <cstring>
+#include <filesystem>
+#include <fstream>
+#include <istream>
+#include <new>
+#include <streambuf>
+#include <string_view>
+
+namespace {
+
+using Tmesh = TobjModel::Tmesh;
+
+constexpr double kLargestCoordinate = 1e100; // leaves room for squares and products
+constexpr double kSmallestExtent = 1e-100;
+constexpr std::size_t kMostDigits = 9;       // of an index: what certainly fits an int
+constexpr std::size_t kMostCorners = 500000000;
+constexpr int kPercentRead = 75;
+constexpr char kBlanks[] = " \t\r\f\v";
+
+bool startsNumber(std::string_view token, bool fractionAllowed)
+{
+    const std::size_t at = !token.empty() && (token[0] == '+' || token[0] == '-') ? 1 : 0;
+    if (at >= token.size())
+        return false;
+    const bool digit = token[at] >= '0' && token[at] <= '9';
+    return digit || (fractionAllowed && token[at] == '.');
+}
+
+/** Every run of digits short enough for an int: longer ones come out of the parser as some other index. */
+bool hasSmallNumbers(std::string_view token)
+{
+    std::size_t digits = 0;
+    for (const char c : token) {
+        digits = c >= '0' && c <= '9' ? digits + 1 : 0;
+        if (digits > kMostDigits)
+            return false;
+    }
+    return true;
+}
+
+/**
+ * Hands the lines of a file to the parser, joined where one goes on in the next, after a check of what the parser would
+ * quietly take for a zero or another number. Ends the text at the first line that is wrong.
+ */
+class TcheckedLines : public std::streambuf
+{
+public:
+    TcheckedLines(std::istream& in, std::uintmax_t size, TloadProgress& progress)
+        : fIn(in), fSize(std::max<std::uintmax_t>(size, 1)), fProgress(progress)
+    {
+    }
+
+    /** Ends the reading. The first reason counts. */
+    void fail(const std::string& reason)
+    {
+        if (fReason.empty())
+            fReason = "line " + std::to_string(fLine) + ": " + reason;
+    }
+    bool hasFailed() const { return !fReason.empty(); }
+    const std::string& reason() const { return fReason; }
+    std::size_t line() const { return fLine; }
+
+protected:
+    int_type underflow() override
+    {
+        if (hasFailed() || fProgress.fCancelled || !nextLine())
+            return traits_type::eof();
+        check();
+        if (hasFailed())
+            return traits_type::eof();
+        fText += '\n';
+        setg(fText.data(), fText.data(), fText.data() + fText.size());
+        return traits_type::to_int_type(fText[0]);
+    }
+
+private:
+    bool nextLine()
+    {
+        fText.clear();
+        bool goesOn = true;
+        while (goesOn) {
+            if (!std::getline(fIn, fPart))
+                return !fText.empty();
+            ++fLine;
+            fRead += fPart.size() + 1;
+            while (!fPart.empty() && fPart.back() == '\r')
+                fPart.pop_back();
+            goesOn = !fPart.empty() && fPart.back() == '\\';
+            if (goesOn)
+                fPart.back() = ' ';
+            fText += fPart;
+        }
+        fProgress.fPercent = static_cast<int>(std::min<std::uintmax_t>(fRead * kPercentRead / fSize, kPercentRead));
+        return true;
+    }
+
+    void check()
+    {
+        fText.resize(std::min(fText.find('#'), fText.size()));
+        std::replace(fText.begin(), fText.end(), '\0', ' ');
+        // The parser takes these two for part of a word.
+        std::replace_if(fText.begin(), fText.end(), [](char c) { return c == '\f' || c == '\v'; }, ' ');
+        const std::string_view text(fText);
+        std::size_t at = text.find_first_not_of(kBlanks);
+        if (at == text.npos)
+            return;
+        const auto nextToken = [&] {
+            const std::size_t end = std::min(text.find_first_of(kBlanks, at), text.size());
+            const std::string_view token = text.substr(at, end - at);
+            at = std::min(text.find_first_not_of(kBlanks, end), text.size());
+            return token;
+        };
+        const std::string_view keyword = nextToken();
+        if (keyword == "v") {
+            for (int i = 0; i < 3; ++i) {
+                const std::string_view token = nextToken();
+                if (token.empty())
+                    return fail("a vertex with fewer than three coordinates");
+                if (!startsNumber(token, true))
+                    return fail("\"" + std::string(token.substr(0, 20)) + "\" is no coordinate");
+            }
+        } else if (keyword == "f") {
+            std::size_t corners = 0;
+            for (; at < text.size(); ++corners) {
+                const std::string_view token = nextToken();
+                if (!startsNumber(token, false))
+                    return fail("\"" + std::string(token.substr(0, 20)) + "\" is no vertex index");
+                if (!hasSmallNumbers(token))
+                    return fail("the index in \"" + std::string(token.substr(0, 40)) + "\" is too large");
+            }
+            if (corners < 3)
+                return fail("a face with fewer than three corners");
+        }
+    }
+
+    std::istream& fIn;
+    const std::uintmax_t fSize;
+    TloadProgress& fProgress;
+    std::uintmax_t fRead = 0;
+    std::size_t fLine = 0;
+    std::string fPart;
+    std::string fText;
+    std::string fReason;
+};
+
+/** Takes in what the parser finds. */
+struct TmeshReader
+{
+    TcheckedLines& fLines;
+    Tmesh fMesh;
+    std::size_t fHighest = 0; ///< index in the file's counting, which starts at 1
+    std::size_t fHighestLine = 0;
+
+    static void onVertex(void* self, double x, double y, double z, double)
+    {
+        static_cast<TmeshReader*>(self)->addVertex({x, y, z});
+    }
+
+    static void onFace(void* self, tinyobj::index_t* corners, int count)
+    {
+        static_cast<TmeshReader*>(self)->addFace(corners, count);
+    }
+
+    void addVertex(const T4dDblVector& p)
+    {
+        for (const double coordinate : {p.x, p.y, p.z}) {
+            if (!(std::fabs(coordinate) <= kLargestCoordinate))
+                return fLines.fail("a coordinate is out of range");
+        }
+        if (fMesh.fPoints.size() >= kMostCorners)
+            return fLines.fail("too many vertices");
+        fMesh.fPoints.push_back(p);
+    }
+
+    void addFace(const tinyobj::index_t* corners, int count)
+    {
+        if (fMesh.fCorners.size() + static_cast<std::size_t>(count) > kMostCorners)
+            return fLines.fail("too many faces");
+        const auto known = static_cast<long long>(fMesh.fPoints.size());
+        for (int i = 0; i < count; ++i) {
+            const long long given = corners[i].vertex_index;
+            const long long index = given < 0 ? known + given + 1 : given;
+            if (index < 1) {
+                return fLines.fail("there is no vertex " + std::to_string(given) +
+                                   (given < 0 ? " counted from here" : ": they count from 1"));
+            }
+            // A vertex may come after its face; whether it does is seen at the end.
+            if (static_cast<std::size_t>(index) > fHighest) {
+                fHighest = static_cast<std::size_t>(index);
+                fHighestLine = fLines.line();
+            }
+            fMesh.fCorners.push_back(static_cast<std::uint32_t>(index - 1));
+        }
+        fMesh.fFaceEnds.push_back(static_cast<std::uint32_t>(fMesh.fCorners.size()));
+    }
+};
+
+bool readMesh(std::istream& file, std::uintmax_t size, TloadProgress& progress, Tmesh& mesh, std::string& error)
+{
+    TcheckedLines lines(file, size, progress);
+    TmeshReader reader{lines, {}};
+    tinyobj::callback_t callbacks;
+    callbacks.vertex_cb = &TmeshReader::onVertex;
+    callbacks.index_cb = &TmeshReader::onFace;
+    std::istream in(&lines);
+    tinyobj::LoadObjWithCallback(in, callbacks, &reader, nullptr, nullptr, nullptr);
+
+    if (progress.fCancelled)
+        error = "cancelled";
+    else if (lines.hasFailed())
+        error = lines.reason();
+    else if (file.bad() || in.bad())
+        error = "reading failed";
+    else if (reader.fMesh.fFaceEnds.empty())
+        error = "there are no faces in it";
+    else if (reader.fHighest > reader.fMesh.fPoints.size())
+        error = "line " + std::to_string(reader.fHighestLine) + ": there is no vertex " +
+                std::to_string(reader.fHighest) + ", the file has " + std::to_string(reader.fMesh.fPoints.size());
+    if (!error.empty())
+        return false;
+    mesh = std::move(reader.fMesh);
+    return true;
+}
+
+} // namespace
+
+std::shared_ptr<const TobjModel> TobjModel::load(const std::string& path, TloadProgress& progress, std::string& error)
+{
+    error.clear();
+    try {
+        namespace fs = std::filesystem;
+        std::error_code failure;
+        const fs::file_status status = fs::status(path, failure);
+        if (fs::exists(status) && !fs::is_regular_file(status)) {
+            error = fs::is_directory(status) ? "it is a directory" : "it is not an ordinary file";
+            return nullptr;
+        }
+        errno = 0;
+        std::ifstream file(path, std::ios::binary);
+        if (!file) {
+            error = errno ? std::strerror(errno) : "it can't be read";
+            return nullptr;
+        }
+        const std::uintmax_t size = fs::file_size(path, failure);
+        Tmesh mesh;
+        if (!readMesh(file, failure ? 0 : size, progress, mesh, error))
+            return nullptr;
+        auto model = std::make_shared<const TobjModel>(mesh);
+        progress.fPercent = 100;
+        return model;
+    } catch (const std::bad_alloc&) {
+        error = "there is not enough memory for it";
+    } catch (const std::exception&) {
+        error = "it can't be read";
+    }
+    return nullptr;
+}
+
+std::shared_ptr<const TobjModel> TobjModel::torusKnot()
+{
+    constexpr std::uint32_t kAlong = 288;
+    constexpr std::uint32_t kAround = 20;
+    constexpr double kTube = 0.52;
+    constexpr double kHeight = 2.1;
+
+    const auto spine = [](double t) {
+        const double r = 2 + 0.85 * std::cos(3 * t);
+        return T4dDblVector(r * std::cos(2 * t), kHeight + 1.45 * std::sin(3 * t), r * std::sin(2 * t));
+    };
+    Tmesh mesh;
+    for (std::uint32_t i = 0; i < kAlong; ++i) {
+        const double t = 2 * Tangle::kPi * i / kAlong;
+        const T4dDblVector at = spine(t);
+        const T4dDblVector tangent = (spine(t + 1e-4) - spine(t - 1e-4)).normalised();
+        const T4dDblVector side = tangent.cross({at.x, at.y - kHeight, at.z}).normalised();
+        const T4dDblVector out = side.cross(tangent);
+        for (std::uint32_t j = 0; j < kAround; ++j) {
+            const double u = 2 * Tangle::kPi * j / kAround;
+            mesh.fPoints.push_back(at + out * (kTube * std::cos(u)) + side * (kTube * std::sin(u)));
+            const std::uint32_t nextI = (i + 1) % kAlong;
+            const std::uint32_t nextJ = (j + 1) % kAround;
+            for (const std::uint32_t corner :
+                 {i * kAround + j, i * kAround + nextJ, nextI * kAround + nextJ, nextI * kAround + j})
+                mesh.fCorners.push_back(corner);
+            mesh.fFaceEnds.push_back(static_cast<std::uint32_t>(mesh.fCorners.size()));
+        }
+    }
+    return std::make_shared<const TobjModel>(mesh);
+}
+
+TobjModel::TobjModel(const Tmesh& mesh) : fFaceCount(mesh.fFaceEnds.size())
+{
+    measure(mesh);
+    buildTriangles(mesh);
+    buildEdges(mesh);
+}
+
+void TobjModel::measure(const Tmesh& mesh)
+{
+    // Vertices that no face uses often are rests far away, and would make the model small.
+    bool first = true;
+    for (const std::uint32_t corner : mesh.fCorners) {
+        const T4dDblVector& p = mesh.fPoints[corner];
+        if (first)
+            fLower = fUpper = p;
+        first = false;
+        fLower = {std::min(fLower.x, p.x), std::min(fLower.y, p.y), std::min(fLower.z, p.z)};
+        fUpper = {std::max(fUpper.x, p.x), std::max(fUpper.y, p.y), std::max(fUpper.z, p.z)};
+    }
+    fCentre = (fLower + fUpper) * 0.5;
+    const double radius = (fUpper - fLower).length() / 2;
+    fScale = radius > kSmallestExtent ? 1 / radius : 1;
+
+    fPositions.reserve(mesh.fPoints.size());
+    for (const T4dDblVector& p : mesh.fPoints) {
+        const T4dDblVector s = (p - fCentre) * fScale;
+        fPositions.push_back({{static_cast<float>(s.x), static_cast<float>(s.y), static_cast<float>(s.z)}});
+    }
+}
+
+void TobjModel::buildTriangles(const Tmesh& mesh)
+{
+    TfaceFiller filler;
+    std::vector<T4dDblVector> polygon;
+    std::vector<T4dDblVector> points;
+    std::size_t corner = 0;
+    for (const std::uint32_t end : mesh.fFaceEnds) {
+        polygon.clear();
+        points.clear();
+        for (; corner < end; ++corner)
+            polygon.push_back((mesh.fPoints[mesh.fCorners[corner]] - fCentre) * fScale);
+        const T4dDblVector area = TfaceFiller::areaNormal(polygon);
+        const double length = area.length();
+        if (!(length > 0))
+            continue;
+        const T4dDblVector n = area * (1 / length);
+        filler.fill(polygon, points);
+        for (const T4dDblVector& p : points) {
+            fTriangles.push_back({{static_cast<float>(n.x), static_cast<float>(n.y), static_cast<float>(n.z)},
+                                  {static_cast<float>(p.x), static_cast<float>(p.y), static_cast<float>(p.z)}});
+        }
+    }
+}
+
+void TobjModel::buildEdges(const Tmesh& mesh)
+{
+    std::vector<std::uint64_t> keys;
+    keys.reserve(mesh.fCorners.size());
+    std::size_t corner = 0;
+    for (const std::uint32_t end : mesh.fFaceEnds) {
+        const std::size_t start = corner;
+        for (; corner < end; ++corner) {
+            const std::uint64_t a = mesh.fCorners[corner];
+            const std::uint64_t b = mesh.fCorners[corner + 1 < end ? corner + 1 : start];
+            if (a != b)
+                keys.push_back(std::min(a, b) << 32 | std::max(a, b));
+        }
+    }
+    std::sort(keys.begin(), keys.end());
+    keys.erase(std::unique(keys.begin(), keys.end()), keys.end());
+    fEdges.reserve(2 * keys.size());
+    for (const std::uint64_t key : keys) {
+        fEdges.push_back(static_cast<std::uint32_t>(key >> 32));
+        fEdges.push_back(static_cast<std::uint32_t>(key));
+    }
+}

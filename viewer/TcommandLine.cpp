@@ -56,7 +56,8 @@ TcommandLine TcommandLine::parse(const QStringList& arguments)
 
     if (!parser.parse(arguments)) {
         const QString text = parser.errorText();
-        return failed(text.left(1).toLower() + text.mid(1) + (text.endsWith(QLatin1Char('.')) ? QString() : QStringLiteral(".")));
+        return failed(text.left(1).toLower() + text.mid(1) +
+                      (text.endsWith(QLatin1Char('.')) ? QString() : QStringLiteral(".")));
     }
 
     TcommandLine line;

@@ -21,7 +21,7 @@ void GLAPIENTRY onVertex(void* vertex, void* output)
     static_cast<Toutput*>(output)->fTriangles.emplace_back(p[0], p[1], p[2]);
 }
 
-void GLAPIENTRY onCombine(GLdouble at[3], void*[4], GLfloat[4], void** made, void* output)
+void GLAPIENTRY onCombine(GLdouble at[3], void* [4], GLfloat[4], void** made, void* output)
 {
     auto& points = static_cast<Toutput*>(output)->fPoints;
     points.push_back({at[0], at[1], at[2]});
@@ -29,9 +29,7 @@ void GLAPIENTRY onCombine(GLdouble at[3], void*[4], GLfloat[4], void** made, voi
 }
 
 // Registered, it keeps the tessellator from making fans and strips.
-void GLAPIENTRY onEdgeFlag(GLboolean)
-{
-}
+void GLAPIENTRY onEdgeFlag(GLboolean) {}
 
 bool isConvexQuad(const std::vector<T4dDblVector>& polygon, const T4dDblVector& normal)
 {

@@ -7,7 +7,8 @@
 
 class GLUtesselator;
 
-/** Cuts polygons into triangles, concave and crossing ones too (gluTessBeginPolygon and the like, no OpenGL context). */
+/** Cuts polygons into triangles, concave and crossing ones too (gluTessBeginPolygon and the like, no OpenGL context).
+ */
 class TfaceFiller
 {
 public:

@@ -22,10 +22,16 @@ using Tmesh = TobjModel::Tmesh;
 
 constexpr double kLargestCoordinate = 1e100; // leaves room for squares and products
 constexpr double kSmallestExtent = 1e-100;
-constexpr std::size_t kMostDigits = 9;       // of an index: what certainly fits an int
+constexpr std::size_t kMostDigits = 9; // of an index: what certainly fits an int
 constexpr std::size_t kMostCorners = 500000000;
 constexpr int kPercentRead = 75;
 constexpr char kBlanks[] = " \t\r\f\v";
+
+/** Held within what a float can take: a vertex that no face uses may be anywhere. */
+float toFloat(double value)
+{
+    return static_cast<float>(std::clamp(value, -1e30, 1e30));
+}
 
 bool startsNumber(std::string_view token, bool fractionAllowed)
 {
@@ -109,7 +115,8 @@ private:
         fText.resize(std::min(fText.find('#'), fText.size()));
         std::replace(fText.begin(), fText.end(), '\0', ' ');
         // The parser takes these two for part of a word.
-        std::replace_if(fText.begin(), fText.end(), [](char c) { return c == '\f' || c == '\v'; }, ' ');
+        std::replace_if(
+            fText.begin(), fText.end(), [](char c) { return c == '\f' || c == '\v'; }, ' ');
         const std::string_view text(fText);
         std::size_t at = text.find_first_not_of(kBlanks);
         if (at == text.npos)
@@ -324,7 +331,7 @@ void TobjModel::measure(const Tmesh& mesh)
     fPositions.reserve(mesh.fPoints.size());
     for (const T4dDblVector& p : mesh.fPoints) {
         const T4dDblVector s = (p - fCentre) * fScale;
-        fPositions.push_back({{static_cast<float>(s.x), static_cast<float>(s.y), static_cast<float>(s.z)}});
+        fPositions.push_back({{toFloat(s.x), toFloat(s.y), toFloat(s.z)}});
     }
 }
 
@@ -345,10 +352,9 @@ void TobjModel::buildTriangles(const Tmesh& mesh)
             continue;
         const T4dDblVector n = area * (1 / length);
         filler.fill(polygon, points);
-        for (const T4dDblVector& p : points) {
-            fTriangles.push_back({{static_cast<float>(n.x), static_cast<float>(n.y), static_cast<float>(n.z)},
-                                  {static_cast<float>(p.x), static_cast<float>(p.y), static_cast<float>(p.z)}});
-        }
+        for (const T4dDblVector& p : points)
+            fTriangles.push_back(
+                {{toFloat(n.x), toFloat(n.y), toFloat(n.z)}, {toFloat(p.x), toFloat(p.y), toFloat(p.z)}});
     }
 }
 

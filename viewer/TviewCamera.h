@@ -38,7 +38,8 @@ public:
     /** The model-view matrix. */
     T4dDblMatrix view() const;
 
-    /** Whole view angle in y, in degrees. In a picture higher than wide the one in x stays as it would be in a square. */
+    /** Whole view angle in y, in degrees. In a picture higher than wide the one in x stays as it would be in a square.
+     */
     double fovy(double aspect) const;
     /** Half the height shown in the plane through the centre. */
     double halfHeight(double aspect) const;

@@ -24,6 +24,8 @@ bool Q3dPort::fsIsXRESingleContext = false;
 
 namespace {
 
+constexpr char kResourceProperty[] = "lirnSharedQGLWidget";
+
 bool gResourceWidgetAttempted = false;
 
 // What a Qt build that understands it takes as the request for a debug context.
@@ -70,13 +72,14 @@ Q3dPort::~Q3dPort()
         if (fsSharedGLWidgetRefCount == 0) {
             if (fDebug)
                 std::printf("Q3dPort::~Q3dPort() Destroy shared context\n");
-            delete fsSharedGLWidget;
-            fsSharedGLWidget = nullptr;
-            T3dPort::nativeBindingMoved();
+            deleteResourceWidget();
         }
     }
 
     if (fStackedWidget) {
+        // One that was released, but left inside, goes with the stacked widget and must not take the port along again.
+        for (QlirnGLWidget* left : fStackedWidget->findChildren<QlirnGLWidget*>())
+            left->setPortDeleted();
         if (fGLWidget) {
             // The GL widget inside is in its destructor: deleting its parent now would delete it a second time.
             fStackedWidget->forgetPort();
@@ -198,6 +201,16 @@ QGLContext* Q3dPort::resourceContext()
     return fsSharedGLWidget ? const_cast<QGLContext*>(fsSharedGLWidget->context()) : nullptr;
 }
 
+bool Q3dPort::ensureContext()
+{
+    if (glXGetCurrentContext())
+        return true;
+    if (!fsSharedGLWidget)
+        return false;
+    makeResourceCurrent();
+    return glXGetCurrentContext() != nullptr;
+}
+
 void Q3dPort::initResourceWidget()
 {
     if (gResourceWidgetAttempted)
@@ -235,7 +248,7 @@ void Q3dPort::initResourceWidget()
         }
     }
     if (qApp)
-        qApp->setProperty("lirnSharedQGLWidget", QVariant::fromValue<QWidget*>(fsSharedGLWidget));
+        qApp->setProperty(kResourceProperty, QVariant::fromValue<QWidget*>(fsSharedGLWidget));
     if (!fsSharedGLWidget)
         return;
 
@@ -258,8 +271,15 @@ int Q3dPort::stereoAllowed()
 
 void Q3dPort::releaseResources()
 {
+    deleteResourceWidget();
+    QlirnGLWidget::clearWidgetList();
+}
+
+void Q3dPort::deleteResourceWidget()
+{
     delete fsSharedGLWidget;
     fsSharedGLWidget = nullptr;
-    QlirnGLWidget::clearWidgetList();
+    if (qApp)
+        qApp->setProperty(kResourceProperty, QVariant::fromValue<QWidget*>(nullptr));
     T3dPort::nativeBindingMoved();
 }

@@ -65,6 +65,11 @@ public:
     static QGLWidget* resourceWidget();
     /** The resource widget's context, null without the widget. */
     static QGLContext* resourceContext();
+    /**
+     * Sees to it that some context of the share group is current, for work on what all contexts share: whichever is
+     * current, else the resource context. False when there is none.
+     */
+    static bool ensureContext();
     /** Tries once per process to make the resource widget. */
     static void initResourceWidget();
     /** The stereo state: 3 when LIRN_XRE_STEREO_PROTOTYPE was set at the first call, else 0. */
@@ -86,6 +91,7 @@ private:
 
     void stackedWidgetDestroyed();
     static void makeResourceCurrent();
+    static void deleteResourceWidget();
     void makeGLWidgetCurrent();
 
     QlirnGLWidget* fGLWidget = nullptr; ///< deleted here

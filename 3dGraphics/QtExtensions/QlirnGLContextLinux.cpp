@@ -31,8 +31,8 @@ QlirnGLContextLinux::QlirnGLContextLinux(const QWidget* widget, const QGLFormat&
         const GLXContext share = shareWidget ? nativeContext(shareWidget->context()) : nullptr;
         fActiveContext = glXCreateContext(fDisplay, fVisual, share, QlirnX11::kTrue);
     }
-    if (fActiveContext)
-        fFormat = getQGLFormat(fDisplay, fVisual, fActiveContext);
+    // Without a context nothing is provided: what is left of the request then claims no buffer.
+    fFormat = fActiveContext ? getQGLFormat(fDisplay, fVisual, fActiveContext) : wanted;
     if (auto* glWidget = qobject_cast<QlirnGLWidget*>(fWidget))
         glWidget->setContext(this, nullptr, true);
     if (fActiveContext) {

@@ -10,6 +10,9 @@
 
 namespace {
 
+// X drawables are no wider or higher.
+constexpr int kMostPixels = 32767;
+
 /** The size of a buffer that @p format asks for; 0 for one it does without. */
 int wantedSize(bool wanted, int size)
 {
@@ -50,6 +53,8 @@ GLXFBConfig chooseConfig(Display* display, QGLFormat format)
 QlirnGLPixmapContext::QlirnGLPixmapContext(int width, int height, const QGLFormat& format)
     : fWidth(width), fHeight(height), fDisplay(QX11Info::display())
 {
+    if (width > kMostPixels || height > kMostPixels)
+        return;
     const GLXFBConfig config = fDisplay ? chooseConfig(fDisplay, format) : nullptr;
     if (!config)
         return;
@@ -82,8 +87,12 @@ QlirnGLPixmapContext::~QlirnGLPixmapContext()
 
 bool QlirnGLPixmapContext::makeCurrent()
 {
+    if (!fContext)
+        return false;
+    if (glXGetCurrentContext() == fContext)
+        return true;
     T3dPort::nativeBindingMoved();
-    return fContext && glXMakeCurrent(fDisplay, fPbuffer, fContext);
+    return glXMakeCurrent(fDisplay, fPbuffer, fContext);
 }
 
 QPixmap QlirnGLPixmapContext::read() const

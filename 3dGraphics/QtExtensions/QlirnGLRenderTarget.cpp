@@ -1,5 +1,6 @@
 #include "QtExtensions/QlirnGLRenderTarget.h"
 
+#include <QGLContext>
 #include <QGLFramebufferObject>
 #include <QGLPixelBuffer>
 #include <QGLWidget>
@@ -30,7 +31,7 @@ bool QlirnGLRenderTarget::create(const QSize& size, const QGLFormat* format, QGL
         fFormat = *format;
         fPixelBuffer = new QGLPixelBuffer(size, *format, shareWidget);
         valid = fPixelBuffer->isValid();
-    } else {
+    } else if (QGLContext::currentContext()) { // Qt's object takes one for granted
         fFramebufferObject =
             new QGLFramebufferObject(size, QGLFramebufferObject::Depth, GL_TEXTURE_2D, GL_RGBA8);
         valid = fFramebufferObject->isValid();

@@ -33,6 +33,21 @@ Tpoint devicePoint(const QPointF& logical, qreal ratio)
     return Tpoint{static_cast<short>(qRound(logical.x() * ratio)), static_cast<short>(qRound(logical.y() * ratio))};
 }
 
+/** Where @p event is in the widget that gets it, to the device pixel. */
+QPointF exactPosition(const QMouseEvent& event)
+{
+    // Qt rounds the local position to logical pixels. The position in the window, which is the widget's own here, keeps
+    // the fraction; an event that somebody made up may have it in terms of another window.
+    const bool sameWindow = event.windowPos().toPoint() == event.localPos().toPoint();
+    return sameWindow ? event.windowPos() : event.localPos();
+}
+
+/** The turn of the wheel, whichever way: Qt turns it sideways while Alt is held. */
+short wheelDelta(const QPoint& angle)
+{
+    return static_cast<short>(std::clamp(angle.y() ? angle.y() : angle.x(), -32768, 32767));
+}
+
 } // namespace
 
 QlirnGLWidget::QlirnGLWidget(T3dPort* port, const QGLFormat& format, QWidget* parent, const QGLWidget* shareWidget,
@@ -58,7 +73,7 @@ QlirnGLWidget::~QlirnGLWidget()
     }
 
     forwardingContext()->setTarget(nullptr);
-    XVisualInfo* visual = fGLContext->visual();
+    XVisualInfo* visual = fGLContext ? fGLContext->visual() : nullptr;
     delete fGLContext;
     fGLContext = nullptr;
     fNativeWindow.reset();
@@ -72,27 +87,44 @@ QlirnGLWidget::~QlirnGLWidget()
 
 void QlirnGLWidget::makeCurrent()
 {
-    if (fOffscreen || !fGLContext)
+    if (fOffscreen) {
+        // The port's commands may have drawn another port in between.
+        if (fPixmapTarget)
+            fPixmapTarget->makeCurrent();
+        return;
+    }
+    if (!fGLContext)
         return;
     fGLContext->makeCurrent();
-    // A hidden widget or one without a visual did not get its context bound.
-    const bool bound = fGLContext->getActiveContext() && fGLContext->getActiveContext() == glXGetCurrentContext();
-    if (bound && !fInitialized && !fDestroying && !fPortDeleted) {
+    if (fDestroying || fPortDeleted)
+        return;
+    // A hidden widget or one without a visual did not get its context bound. What the port sends until it does is lost.
+    if (!fGLContext->getActiveContext() || fGLContext->getActiveContext() != glXGetCurrentContext()) {
+        fResendPending = true;
+        return;
+    }
+    if (!fInitialized) {
         fInitialized = true;
         initializeGL();
+    }
+    if (fResendPending) {
+        fResendPending = false;
+        if (fPort)
+            fPort->resendState();
     }
 }
 
 void QlirnGLWidget::swapBuffers()
 {
-    if (!fOffscreen)
+    if (!fOffscreen && fGLContext)
         fGLContext->swapBuffers();
 }
 
 void QlirnGLWidget::useSharedContext(bool shared)
 {
-    if (!fGLContext->useSharedContext(shared))
+    if (!fGLContext || !fGLContext->useSharedContext(shared))
         return;
+    fResendPending = true;
     makeCurrent();
     if (fPort)
         fPort->setCurrentContext();
@@ -100,16 +132,21 @@ void QlirnGLWidget::useSharedContext(bool shared)
 
 bool QlirnGLWidget::isSharedContext() const
 {
-    return fGLContext->isSharedContext();
+    return fGLContext && fGLContext->isSharedContext();
 }
 
 void QlirnGLWidget::setContext(const QlirnGLContext* context, const QlirnGLContext*, bool deleteOldContext)
 {
-    if (deleteOldContext && fGLContext != context)
+    XVisualInfo* oldVisual = nullptr;
+    if (deleteOldContext && fGLContext && fGLContext != context) {
+        oldVisual = fGLContext->visual();
         delete fGLContext;
+    }
     fGLContext = const_cast<QlirnGLContext*>(context);
     forwardingContext()->setTarget(context);
     fNativeWindow = std::make_unique<QlirnNativeWindow>(this, context ? context->visual() : nullptr);
+    if (oldVisual)
+        XFree(oldVisual);
 }
 
 unsigned long QlirnGLWidget::glWindow() const
@@ -176,7 +213,7 @@ QSize QlirnGLWidget::deviceSize() const
 
 QPixmap QlirnGLWidget::renderPixmap(int w, int h)
 {
-    if (w < 1 || h <= 0)
+    if (w < 1 || h <= 0 || !fGLContext || fOffscreen)
         return QPixmap();
 
     QPixmap pixmap;
@@ -186,6 +223,7 @@ QPixmap QlirnGLWidget::renderPixmap(int w, int h)
         format.setDoubleBuffer(false);
         QlirnGLPixmapContext target(w, h, format);
         fOffscreen = true;
+        fPixmapTarget = &target;
         if (target.makeCurrent()) {
             if (fPort)
                 fPort->resendState();
@@ -195,11 +233,11 @@ QPixmap QlirnGLWidget::renderPixmap(int w, int h)
             target.makeCurrent();
             pixmap = target.read();
         }
+        fPixmapTarget = nullptr;
         fOffscreen = false;
     }
+    fResendPending = true;
     makeCurrent();
-    if (fPort)
-        fPort->resendState();
     initializeGL();
     return pixmap;
 }
@@ -285,13 +323,14 @@ void QlirnGLWidget::mouseMoveEvent(QMouseEvent* event)
     }
     move.setPressed(drag);
     Tevent::fsIsDragging = drag;
+    fTabletMoved = false;
+    // Last: the command may delete the port, and this widget with it.
     if (fPort) {
         if (drag)
             fPort->doDrag(move);
         else
             fPort->doPtrMoved(move);
     }
-    fTabletMoved = false;
 }
 
 void QlirnGLWidget::mouseReleaseEvent(QMouseEvent* event)
@@ -332,8 +371,7 @@ void QlirnGLWidget::wheelEvent(QWheelEvent* event)
     QlirnQtHelper::getMouseEventLirnButtonInfo(event, modifiers, button);
     Tevent wheel(Tevent::kWheel, modifiers, button);
     wheel.setLocalPosition(devicePoint(event->position(), devicePixelRatioF()), 1);
-    const int delta = event->angleDelta().y();
-    wheel.setMouseDelta(static_cast<short>(std::clamp(delta, -32768, 32767)));
+    wheel.setMouseDelta(wheelDelta(event->angleDelta()));
     if (fPort)
         fPort->doMouseWheel(wheel);
 }
@@ -378,7 +416,7 @@ Tevent QlirnGLWidget::makeEvent(unsigned type, const QMouseEvent& event, bool wi
     QlirnQtHelper::getMouseEventLirnButtonInfo(&event, modifiers, button);
     Tevent made(type, modifiers, button);
     const qreal ratio = devicePixelRatioF();
-    made.setLocalPosition(devicePoint(event.localPos(), ratio), 1);
+    made.setLocalPosition(devicePoint(exactPosition(event), ratio), 1);
     if (withGlobalPosition)
         made.setGlobalPosition(devicePoint(event.screenPos(), ratio));
     return made;

@@ -10,6 +10,7 @@
 
 class QGLFormat;
 class QlirnGLContext;
+class QlirnGLPixmapContext;
 class QlirnGLWidget;
 class QlirnNativeWindow;
 class Tevent;
@@ -104,4 +105,6 @@ private:
     bool fOffscreen = false; ///< drawing goes to a pixmap: the widget's own context is neither bound nor swapped
     QlirnGLContext* fGLContext = nullptr; ///< owned
     std::unique_ptr<QlirnNativeWindow> fNativeWindow;
+    QlirnGLPixmapContext* fPixmapTarget = nullptr; ///< what stands for the context while fOffscreen is set
+    bool fResendPending = false; ///< the context bound next does not have the port's recorded state
 };

@@ -97,14 +97,19 @@ void QlirnNativeWindow::create()
     ExposeFilter::instance().add(this);
 }
 
-void QlirnNativeWindow::replace()
+void QlirnNativeWindow::retire()
 {
-    const Window old = fWindow;
-    if (glXGetCurrentDrawable() == old) {
+    if (glXGetCurrentDrawable() == fWindow) {
         glXMakeCurrent(fDisplay, QlirnX11::kNone, nullptr);
         T3dPort::nativeBindingMoved();
     }
-    ExposeFilter::instance().remove(old);
+    ExposeFilter::instance().remove(fWindow);
+}
+
+void QlirnNativeWindow::replace()
+{
+    const Window old = fWindow;
+    retire();
     create();
     XDestroyWindow(fDisplay, old);
     XSync(fDisplay, 0);
@@ -165,7 +170,7 @@ void QlirnNativeWindow::followParent()
         XMapWindow(fDisplay, fWindow);
         followSize();
     } else {
-        ExposeFilter::instance().remove(fWindow);
+        retire();
         create();
     }
     XSync(fDisplay, 0);
@@ -173,8 +178,10 @@ void QlirnNativeWindow::followParent()
 
 QSize QlirnNativeWindow::deviceSize(const QWidget* widget)
 {
+    constexpr int kMostPixels = 32767; // of X windows, and of port coordinates
     const qreal ratio = widget->devicePixelRatioF();
-    return QSize(qRound(widget->width() * ratio), qRound(widget->height() * ratio));
+    return QSize(qRound(widget->width() * ratio), qRound(widget->height() * ratio))
+        .boundedTo(QSize(kMostPixels, kMostPixels));
 }
 
 QSize QlirnNativeWindow::windowSize() const

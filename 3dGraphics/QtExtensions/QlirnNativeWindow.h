@@ -41,6 +41,8 @@ public:
 
 private:
     void create();
+    /** Lets go of the window: nothing is bound to it any more, and its exposures are not heard. */
+    void retire();
     void replace();
     QSize windowSize() const;
     bool isAlive() const;

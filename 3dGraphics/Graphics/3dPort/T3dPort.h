@@ -29,13 +29,17 @@ class T3dPort;
 class T3dPortAudit;
 class Taction;
 class Tevent;
+class TglBuffer;
+class TglDisplayList;
 class TglLight;
+class TglPolyStipple;
 class Tmetaclass;
 class Tpoint;
 class Tquaternion;
 class Trect;
 class TsharedObject;
 struct T3dPortGeometryStats;
+struct T4dDblPoint;
 struct T4dDblVector;
 
 using T3dPortPtrArray = Tarray<T3dPort*>;
@@ -85,7 +89,8 @@ public:
         kPortFogEnabled = 0x80000,
         kPortFlag20 = 0x100000,
         kPortFlag21 = 0x200000,
-        kPortNoLighting = 0x2000000,
+        kPortNoLighting = 0x2000000, ///< enabling lighting is refused
+        fNoAutoDepthTest = 0x4000000, ///< transparent colour materials leave the depth test alone
         kPortStereoActive = 0x8000000,
         kPortStereoRequested = 0x10000000
     };
@@ -167,6 +172,16 @@ public:
     };
 
     enum TshadeModel : std::uint32_t { kShadeFlat = GL_FLAT, kShadeSmooth = GL_SMOOTH };
+
+    enum TdisplayListMode : std::uint32_t { kCompile = GL_COMPILE, kCompileAndExecute = GL_COMPILE_AND_EXECUTE };
+
+    enum TmaterialChannel : std::uint32_t {
+        kMaterialAmbient = GL_AMBIENT,
+        kMaterialDiffuse = GL_DIFFUSE,
+        kMaterialSpecular = GL_SPECULAR,
+        kMaterialEmission = GL_EMISSION,
+        kMaterialAmbientAndDiffuse = GL_AMBIENT_AND_DIFFUSE
+    };
 
     // Type
 
@@ -336,8 +351,9 @@ public:
 
     /**
      * Call before code that calls OpenGL behind the port's back. Makes the port current, with its matrices loaded. The
-     * code may change any state, and the bound context too; it must restore what the port does not record (texture
-     * bindings, light parameters, OpenGL's own matrix stacks).
+     * code may change any state, and the bound context too; it must restore what the port does not record: texture
+     * bindings, light parameters, polygon mode and offset, the face culled, point and line smoothing, depth range,
+     * edge flag, OpenGL's own matrix stacks.
      */
     void beginForeignGL();
     /** Call after it: binds the port again and sends all recorded state, so that record and driver agree. */
@@ -588,6 +604,157 @@ public:
     static bool useSeparateSpecularColor() { return fsUseSeparateSpecularColor; }
     static void useSeparateSpecularColor(bool on) { fsUseSeparateSpecularColor = on; }
 
+    // Lighting and materials. Light numbers count from GL_LIGHT0.
+
+    /** The colour of the default light; sent when the light is loaded next. */
+    void setLightColor(const TportColor& c);
+    /** Loads the default light as light @p i, a directional one from @p direction in the current matrix. */
+    void setDefaultLight(short i, const T4dDblVector& direction);
+    TglLight* defaultLight() const { return fDefaultLight.get(); }
+    /** GL_MAX_LIGHTS of the current context; 8 on a core profile. */
+    static unsigned short maxNumberOfHwLights();
+    /** GL_LIGHTING on, with the specular colour kept apart if useSeparateSpecularColor. Refused under kPortNoLighting. */
+    void enableLighting();
+    void disableLighting();
+    void setLighting(bool on);
+    bool isLightingOn() const { return fPortFlags.test(kPortLightingOn); }
+    /** Suppresses lighting on this port. */
+    void setNoLighting(bool on) { fPortFlags.assign(kPortNoLighting, on); }
+    /** Keeps enableColorMaterial from switching the depth test on. */
+    void setNoAutoDepthTest(bool on) { fPortFlags.assign(fNoAutoDepthTest, on); }
+    /** Lighting on, and what of the port's light model OpenGL does not have yet. */
+    void setLightingModel();
+    /** The light model, sent by setLightingModel. */
+    void setGlobalAmbient(const TportColor& c) { fGlobalAmbient = c; }
+    void setLocalViewer(bool on) { fLocalViewer = on; }
+    void setTwoSidedLighting(bool on) { fTwoSidedLighting = on; }
+    /** GL_LIGHT0 + @p i. The first use after the enables were disturbed disables every other light. */
+    void enableLight(short i);
+    void disableLight(short i);
+    /** Disables GL_LIGHT0 to GL_LIGHT7. */
+    void disableAllLights();
+    /** Cached GL_SHININESS of both faces, held between 0 and 128. */
+    void setShininess(double s);
+
+    // Cached material colours of both faces. They go through glColorMaterial, and so become the current colour.
+
+    void setAmbientMaterialColor(const TportColor& c);
+    void setDiffuseColor(const TportColor& c);
+    void setDiffuseColor(const TportColor& c, float alpha);
+    void setEmissionColor(const TportColor& c);
+    void setSpecularColor(const TportColor& c);
+    /**
+     * Lets glColor set @p channel of @p face from here on (GL_COLOR_MATERIAL); @p transparent blends too.
+     * @return the recorded colour of the channel, which a caller that sends colours may update
+     */
+    TportColor& enableColorMaterial(TpolygonFace face, TmaterialChannel channel, bool transparent);
+    /** Ends it: the channel's colour is unknown then, and the ambient material the default one. */
+    void disableColorMaterial(TmaterialChannel channel, bool transparent);
+
+    // Stipples. Patterns are compiled into a display list on first use.
+
+    /** Applies @p stipple to lines, and records it; a solid one switches stippling off. */
+    void lineStipple(const TglLineStipple& stipple);
+    /** Applies @p stipple to polygons. Not recorded. */
+    void polygonStipple(const TglPolyStipple& stipple);
+
+    // Display lists and external buffers
+
+    /**
+     * Starts compiling into @p list (glNewList), anew when @p list is its only holder and into a new name otherwise. The
+     * list must live until endList.
+     */
+    void newList(TglDisplayList& list, TdisplayListMode mode);
+    void endList();
+    /** Draws into the buffer's off-screen target from here on, with its rectangle as the port rectangle. */
+    void beginBuffer(TglBuffer* buffer);
+    void endBuffer(TglBuffer* buffer);
+
+    // Points, lines, rectangles, circles and arcs, in the z = 0 plane of the current coordinates. They change no state.
+
+    void point(const T4dDblPoint& p);
+    void point(float x, float y, float z);
+    /** Corners in any order. */
+    void rect(float x1, float y1, float x2, float y2, bool filled);
+    void rect(const T4dDblPoint& a, const T4dDblPoint& b, bool filled);
+    void line(float x1, float y1, float x2, float y2);
+    /** The unit circle, of 60 points; without @p draw it is only prepared. */
+    void circle(bool filled, bool draw);
+    void circle(const T4dDblPoint& centre, float radius, bool filled);
+    /**
+     * An arc in steps of 6 degrees. Angles are in degrees from +y towards +x. The steps always go in that sense from
+     * @p startDegrees; a last segment leads to @p endDegrees. A filled arc is a fan about the centre.
+     */
+    void arc(const T4dDblPoint& centre, float radius, double startDegrees, double endDegrees, bool filled);
+    void arc(float x, float y, float radius, double startDegrees, double endDegrees, bool filled);
+    /** An arc about @p centre from the tip of @p from to that of @p to, in the plane of both. */
+    void arc(const T4dDblPoint& centre, const T4dDblVector& from, const T4dDblVector& to, bool filled);
+
+    // Solids, as lines or filled. A unit solid is a display list, compiled once in the process; the placed forms put it at
+    // a centre with a scale.
+
+    /** From -1 to 1 on each axis. */
+    void box(bool filled);
+    void box(const T4dDblPoint& centre, float sx, float sy, float sz, bool filled);
+    /** Radius 1 at z = 0, apex at z = 1. */
+    void cone(bool filled);
+    void cone(const T4dDblPoint& centre, float radius, float height, bool filled);
+    /** An icosahedron subdivided once, of radius 1. Draws into whatever is current unless @p makeCurrent. */
+    void sphere(bool filled, bool makeCurrent = true);
+    void sphere(const T4dDblPoint& centre, float radius, bool filled, bool makeCurrent = true);
+    /** Radius 1, from z = 0 to z = 1. @p capped counts for a filled one; the normals of both caps face up. */
+    void cylinder(bool filled, bool capped);
+    void cylinder(const T4dDblPoint& centre, float radius, float height, bool filled, bool capped);
+    /** Flat, between radius 1 and @p innerRatio at z = 0, facing +z or, flipped, -z. */
+    void ring(float innerRatio, bool flip);
+    void ring(const T4dDblPoint& centre, float radiusA, float radiusB, bool flip);
+    /** Corners at 1 and -1 on each axis. The normals are not of unit length. */
+    void octahedron(bool filled);
+    void octahedron(const T4dDblPoint& centre, float size, bool filled);
+    /** The corner of the unit cube: the origin and 1 on each axis. */
+    void tetrahedron(bool filled);
+    void tetrahedron(const T4dDblPoint& centre, float size, bool filled);
+    /** The filled cone, with outlines in the colour of index @p colorIndex. */
+    void outline_cone(short colorIndex);
+    void outline_cone(const T4dDblPoint& centre, float radius, float height, short colorIndex);
+
+    // Geometry statistics. Counted in the record that the host attaches, nowhere without one. Drawing code counts, if
+    // isEnabledGeometryStats; the port's own primitives do not.
+
+    void enableGeometryStats(bool on) { fGeometryStatsEnabled = on; }
+    bool isEnabledGeometryStats() const { return fGeometryStatsEnabled; }
+    void toggleGeometryStats();
+    void countTmesh(int verts, int edges, int faces, int uvs, int triangles);
+    /** Zeroes all counters but that of the meshes, which the host resets itself. */
+    void resetGeometryStats();
+    void countActiveFaces(int n);
+    void countActiveEdges(int n);
+    void countActiveVerts(int n);
+    void countActiveUVs(int n);
+    void countActiveTriangles(int n);
+    void countActivePolyFaces(int n);
+    void countActivePolyEdges(int n);
+    void countActivePolyVerts(int n);
+    void countActivePolyUVs(int n);
+    void countActivePolyTriangles(int n);
+    unsigned getCountPolyFaces() const;
+    unsigned getCountPolyEdges() const;
+    unsigned getCountPolyVerts() const;
+    unsigned getCountPolyUVs() const;
+    unsigned getCountPolyTriangles() const;
+    unsigned getCountActiveFaces() const;
+    unsigned getCountActiveEdges() const;
+    unsigned getCountActiveVerts() const;
+    unsigned getCountActiveUVs() const;
+    unsigned getCountActiveTriangles() const;
+    unsigned getCountActivePolyFaces() const;
+    unsigned getCountActivePolyEdges() const;
+    unsigned getCountActivePolyVerts() const;
+    unsigned getCountActivePolyUVs() const;
+    unsigned getCountActivePolyTriangles() const;
+    static bool getSmpPolyCount() { return smpPolyCount; }
+    static void setSmpPolyCount(bool on) { smpPolyCount = on; }
+
     // Capabilities
 
     static bool haveMirrorRepeat() { return fsGraphicsFlags.test(kHasMirrorRepeat); }
@@ -686,6 +853,11 @@ private:
     void depthFuncChanged(TdepthFunc func);
     void clearColorChanged(const TportColor& c);
     void sendFogParameters();
+    void settleLightEnables();
+    void setMaterialColor(TportColor TglContext::*recorded, TmaterialChannel channel, const TportColor& c,
+                          bool withAlpha);
+    void add(std::uint32_t T3dPortGeometryStats::*counter, int n);
+    unsigned count(std::uint32_t T3dPortGeometryStats::*counter) const;
 
     TselectedStack selectedStack();
     const T4dDblMatrix* selectedTop() const;
@@ -749,6 +921,7 @@ private:
     float fReserved1 = 1.0f;
     TviewportArray fPortRectStack{8}; ///< saved port rectangles
     unsigned* fSelectBuffer = nullptr;
+    TglDisplayList* fCompiledList = nullptr; ///< being compiled
     bool fUseBackingStore = false;
     bool fBackingSaved = false;
     TsharedObject* fBackingStore = nullptr; ///< the saved pixels; one counted reference
@@ -791,6 +964,7 @@ private:
     static float fsGlobalLineWidth;
     static bool fsSmoothWireFrame;
     static bool fsUseSeparateSpecularColor;
+    static bool smpPolyCount;
     static bool fsCanLookUpEntryPoints;
     static Tstring fsErrorString;
 

@@ -6,11 +6,16 @@
 #include <GL/glext.h>
 
 #include <algorithm>
+#include <cmath>
+#include <cstdint>
 #include <cstdio>
 
 namespace {
 
 constexpr int kMostValues = 16;
+
+/** The pipelines that know a state. A core-profile viewport records fixed-function state without sending it. */
+enum Pipeline { kFixed, kBoth };
 
 /** How a state is asked for, and what of the answer counts. */
 enum class Kind {
@@ -21,6 +26,14 @@ enum class Kind {
     kMaterial, ///< glGetMaterialfv of the front material
     kTexEnv    ///< glGetTexEnviv of GL_TEXTURE_ENV in the active unit
 };
+
+/** What is recorded where OpenGL's colour is not known. */
+constexpr TportColor kUnknownColor{-1, -1, -1, -1};
+
+bool isKnown(const TportColor& c)
+{
+    return c != kUnknownColor;
+}
 
 /** Recorded values on their way to a comparison. */
 struct Values
@@ -41,8 +54,7 @@ struct Values
 
     static Values of(const TportColor& c, int count)
     {
-        // Unknown colours are recorded as negative ones.
-        return c.r < 0 ? none() : count == 3 ? of(c.r, c.g, c.b) : of(c.r, c.g, c.b, c.a);
+        return !isKnown(c) ? none() : count == 3 ? of(c.r, c.g, c.b) : of(c.r, c.g, c.b, c.a);
     }
 
     static Values of(const T4dDblMatrix& m)
@@ -73,8 +85,14 @@ void enable(GLenum capability, bool on)
 
 void sendMaterial(GLenum channel, const TportColor& c)
 {
-    if (c.r >= 0)
+    if (isKnown(c))
         glMaterialfv(GL_FRONT_AND_BACK, channel, &c.r);
+}
+
+// A scissor box is up to 65535 pixels wide, in a field of 16 bits.
+int boxExtent(std::int16_t recorded)
+{
+    return static_cast<std::uint16_t>(recorded);
 }
 
 void ask(Kind kind, GLenum name, int count, double* out)
@@ -106,6 +124,9 @@ void ask(Kind kind, GLenum name, int count, double* out)
 
 bool isSame(Kind kind, double recorded, double actual)
 {
+    // Drivers may keep what is not a number or make something else of it.
+    if (std::isnan(recorded))
+        return true;
     if (kind == Kind::kClamped) {
         recorded = std::clamp(recorded, 0.0, 1.0);
         actual = std::clamp(actual, 0.0, 1.0);
@@ -133,6 +154,7 @@ struct T3dPortAudit::Row
 {
     const char* fState;
     GLenum fName;
+    Pipeline fPipeline;
     Kind fKind;
     Values (*fRecorded)(const T3dPort& port, const TglContext& record);
     void (*fSend)(const T3dPort& port, const TglContext& record);
@@ -155,16 +177,16 @@ Values T3dPortAudit::Table::switchBit(const TglContext& record, std::uint32_t bi
 // Texture parameters are missing on purpose: they belong to texture objects, which all ports share. So are light
 // enables and parameters, which are sent without being recorded.
 const T3dPortAudit::Row T3dPortAudit::Table::fsRows[] = {
-    {"matrix mode", GL_MATRIX_MODE, Kind::kInteger,
+    {"matrix mode", GL_MATRIX_MODE, kFixed, Kind::kInteger,
      [](const Port&, const Record& r) { return Values::of(r.fMatrixMode); },
      [](const Port&, const Record& r) { glMatrixMode(r.fMatrixMode); }},
-    {"model-view matrix", GL_MODELVIEW_MATRIX, Kind::kFloat,
+    {"model-view matrix", GL_MODELVIEW_MATRIX, kFixed, Kind::kFloat,
      [](const Port& p, const Record&) {
          const std::uint32_t loaded = T3dPort::fsModelMatrixValid[p.planesRow()];
          return Values::of(*p.fModelViewMatrix).when((p.fMatrixValid & loaded) == loaded);
      },
      nullptr},
-    {"projection matrix", GL_PROJECTION_MATRIX, Kind::kFloat,
+    {"projection matrix", GL_PROJECTION_MATRIX, kFixed, Kind::kFloat,
      [](const Port& p, const Record&) {
          const std::uint32_t loaded = T3dPort::fsProjMatrixValid[p.planesRow()];
          // While picking it has another in front, and an override waits for the next load.
@@ -173,51 +195,62 @@ const T3dPortAudit::Row T3dPortAudit::Table::fsRows[] = {
          return Values::of(*p.fProjectionMatrix).when(plain && (p.fMatrixValid & loaded) == loaded);
      },
      nullptr},
-    {"viewport", GL_VIEWPORT, Kind::kInteger,
+    {"viewport", GL_VIEWPORT, kBoth, Kind::kInteger,
      [](const Port& p, const Record&) {
          const TportRect& v = *p.fViewport;
-         return Values::of(v.left, v.bottom, v.width(), v.height()).when(!v.isEmpty());
+         // OpenGL refuses a negative extent and cuts one beyond its limit.
+         GLint most[2] = {};
+         glGetIntegerv(GL_MAX_VIEWPORT_DIMS, most);
+         return Values::of(v.left, v.bottom, std::min<int>(v.width(), most[0]), std::min<int>(v.height(), most[1]))
+             .when(v.width() > 0 && v.height() > 0);
      },
      [](const Port& p, const Record&) { p.sendViewport(); }},
-    {"current colour", GL_CURRENT_COLOR, Kind::kFloat,
-     [](const Port&, const Record& r) { return Values::of(r.fColor, 3); },
+    {"current colour", GL_CURRENT_COLOR, kFixed, Kind::kFloat,
+     // Switching index planes records this colour without sending it, in order to forget the one before.
+     [](const Port&, const Record& r) { return Values::of(r.fColor, 3).when(r.fColor != kCtransparent); },
      [](const Port&, const Record& r) {
-         if (r.fColor.r >= 0)
+         if (isKnown(r.fColor))
              glColor3fv(&r.fColor.r);
      }},
-    {"clear colour", GL_COLOR_CLEAR_VALUE, Kind::kClamped,
+    {"clear colour", GL_COLOR_CLEAR_VALUE, kBoth, Kind::kClamped,
      [](const Port&, const Record& r) {
          return Values::of(r.fClearColor.r, r.fClearColor.g, r.fClearColor.b, r.fClearColor.a);
      },
      [](const Port&, const Record& r) {
          glClearColor(r.fClearColor.r, r.fClearColor.g, r.fClearColor.b, r.fClearColor.a);
      }},
-    {"blending", GL_BLEND, Kind::kSwitch, [](const Port&, const Record& r) { return Values::of(r.fBlending); },
+    {"blending", GL_BLEND, kBoth, Kind::kSwitch, [](const Port&, const Record& r) { return Values::of(r.fBlending); },
      [](const Port&, const Record& r) { enable(GL_BLEND, r.fBlending); }},
-    {"blend source", GL_BLEND_SRC, Kind::kInteger,
+    {"blend source", GL_BLEND_SRC, kBoth, Kind::kInteger,
      [](const Port&, const Record& r) {
          return Values::of(r.fBlendSource).when(!r.fValidBits.test(TglContext::kResendBlendFunc));
      },
      [](const Port&, const Record& r) { glBlendFunc(r.fBlendSource, r.fBlendDestination); }},
-    {"blend destination", GL_BLEND_DST, Kind::kInteger,
+    {"blend destination", GL_BLEND_DST, kBoth, Kind::kInteger,
      [](const Port&, const Record& r) {
          return Values::of(r.fBlendDestination).when(!r.fValidBits.test(TglContext::kResendBlendFunc));
      },
      nullptr},
-    {"blend equation", GL_BLEND_EQUATION, Kind::kInteger,
+    {"blend equation", GL_BLEND_EQUATION, kBoth, Kind::kInteger,
      [](const Port&, const Record& r) { return Values::of(r.fBlendEquation); },
      [](const Port&, const Record& r) { glBlendEquation(r.fBlendEquation); }},
-    {"point size", GL_POINT_SIZE, Kind::kFloat,
+    {"point size", GL_POINT_SIZE, kBoth, Kind::kFloat,
      // OpenGL refuses a size that is not positive, and keeps the one before.
      [](const Port&, const Record& r) { return Values::of(r.fPointSize).when(r.fPointSize > 0); },
-     [](const Port&, const Record& r) { glPointSize(r.fPointSize); }},
-    {"line width", GL_LINE_WIDTH, Kind::kFloat,
+     [](const Port&, const Record& r) {
+         if (r.fPointSize > 0)
+             glPointSize(r.fPointSize);
+     }},
+    {"line width", GL_LINE_WIDTH, kBoth, Kind::kFloat,
      [](const Port&, const Record& r) { return Values::of(r.fLineWidth).when(r.fLineWidth > 0); },
-     [](const Port&, const Record& r) { glLineWidth(r.fLineWidth); }},
-    {"line stipple", GL_LINE_STIPPLE, Kind::kSwitch,
+     [](const Port&, const Record& r) {
+         if (r.fLineWidth > 0)
+             glLineWidth(r.fLineWidth);
+     }},
+    {"line stipple", GL_LINE_STIPPLE, kFixed, Kind::kSwitch,
      [](const Port&, const Record& r) { return Values::of(!r.fLineStipple.isSolid()); },
      [](const Port&, const Record& r) { enable(GL_LINE_STIPPLE, !r.fLineStipple.isSolid()); }},
-    {"line stipple pattern", GL_LINE_STIPPLE_PATTERN, Kind::kInteger,
+    {"line stipple pattern", GL_LINE_STIPPLE_PATTERN, kFixed, Kind::kInteger,
      [](const Port&, const Record& r) {
          return Values::of(r.fLineStipple.fPattern).when(!r.fLineStipple.isSolid());
      },
@@ -225,144 +258,144 @@ const T3dPortAudit::Row T3dPortAudit::Table::fsRows[] = {
          if (!r.fLineStipple.isSolid())
              glLineStipple(r.fLineStipple.fFactor, r.fLineStipple.fPattern);
      }},
-    {"line stipple factor", GL_LINE_STIPPLE_REPEAT, Kind::kInteger,
+    {"line stipple factor", GL_LINE_STIPPLE_REPEAT, kFixed, Kind::kInteger,
      [](const Port&, const Record& r) {
          return Values::of(std::clamp(r.fLineStipple.fFactor, 1, 256)).when(!r.fLineStipple.isSolid());
      },
      nullptr},
-    {"culling", GL_CULL_FACE, Kind::kSwitch,
+    {"culling", GL_CULL_FACE, kBoth, Kind::kSwitch,
      [](const Port&, const Record& r) { return Values::of(r.fDirtyBits.test(TglContext::kCullingOn)); },
      [](const Port&, const Record& r) { enable(GL_CULL_FACE, r.fDirtyBits.test(TglContext::kCullingOn)); }},
-    {"scissor test", GL_SCISSOR_TEST, Kind::kSwitch,
+    {"scissor test", GL_SCISSOR_TEST, kBoth, Kind::kSwitch,
      [](const Port&, const Record& r) { return Values::of(r.fDirtyBits.test(TglContext::kScissorOn)); },
      [](const Port&, const Record& r) { enable(GL_SCISSOR_TEST, r.fDirtyBits.test(TglContext::kScissorOn)); }},
-    {"scissor box", GL_SCISSOR_BOX, Kind::kInteger,
+    {"scissor box", GL_SCISSOR_BOX, kBoth, Kind::kInteger,
      [](const Port&, const Record& r) {
-         return Values::of(r.fScissorX, r.fScissorY, r.fScissorWidth, r.fScissorHeight)
+         return Values::of(r.fScissorX, r.fScissorY, boxExtent(r.fScissorWidth), boxExtent(r.fScissorHeight))
              .when(r.fDirtyBits.test(TglContext::kScissorOn));
      },
      [](const Port&, const Record& r) {
          if (r.fDirtyBits.test(TglContext::kScissorOn))
-             glScissor(r.fScissorX, r.fScissorY, r.fScissorWidth, r.fScissorHeight);
+             glScissor(r.fScissorX, r.fScissorY, boxExtent(r.fScissorWidth), boxExtent(r.fScissorHeight));
      }},
-    {"depth test", GL_DEPTH_TEST, Kind::kSwitch,
+    {"depth test", GL_DEPTH_TEST, kBoth, Kind::kSwitch,
      [](const Port&, const Record& r) {
          return switchBit(r, TglContext::kDepthTestOn, TglContext::kResendDepthTest);
      },
      [](const Port&, const Record& r) { enable(GL_DEPTH_TEST, r.fDirtyBits.test(TglContext::kDepthTestOn)); }},
-    {"depth function", GL_DEPTH_FUNC, Kind::kInteger,
+    {"depth function", GL_DEPTH_FUNC, kBoth, Kind::kInteger,
      [](const Port&, const Record& r) { return Values::of(r.fDepthFunc); },
      [](const Port&, const Record& r) { glDepthFunc(r.fDepthFunc); }},
-    {"depth mask", GL_DEPTH_WRITEMASK, Kind::kInteger,
+    {"depth mask", GL_DEPTH_WRITEMASK, kBoth, Kind::kInteger,
      [](const Port&, const Record& r) { return Values::of(r.fDepthMask); },
      [](const Port&, const Record& r) { glDepthMask(r.fDepthMask); }},
-    {"colour mask", GL_COLOR_WRITEMASK, Kind::kInteger,
+    {"colour mask", GL_COLOR_WRITEMASK, kBoth, Kind::kInteger,
      [](const Port&, const Record& r) {
          return Values::of(r.fColorMaskRed, r.fColorMaskGreen, r.fColorMaskBlue, r.fColorMaskAlpha);
      },
      [](const Port&, const Record& r) {
          glColorMask(r.fColorMaskRed, r.fColorMaskGreen, r.fColorMaskBlue, r.fColorMaskAlpha);
      }},
-    {"index write mask", GL_INDEX_WRITEMASK, Kind::kInteger,
+    {"index write mask", GL_INDEX_WRITEMASK, kFixed, Kind::kInteger,
      [](const Port&, const Record& r) { return Values::of(r.fIndexWriteMask); },
      [](const Port&, const Record& r) { glIndexMask(r.fIndexWriteMask); }},
-    {"dithering", GL_DITHER, Kind::kSwitch,
+    {"dithering", GL_DITHER, kBoth, Kind::kSwitch,
      [](const Port&, const Record& r) {
          return switchBit(r, TglContext::kDitheringOn, TglContext::kResendDithering);
      },
      [](const Port&, const Record& r) { enable(GL_DITHER, r.fDirtyBits.test(TglContext::kDitheringOn)); }},
-    {"shade model", GL_SHADE_MODEL, Kind::kInteger,
-     [](const Port& p, const Record& r) { return Values::of(r.fShadeModel).when(!p.isGLCoreViewport()); },
+    {"shade model", GL_SHADE_MODEL, kFixed, Kind::kInteger,
+     [](const Port&, const Record& r) { return Values::of(r.fShadeModel); },
      [](const Port&, const Record& r) { glShadeModel(r.fShadeModel); }},
-    {"lighting", GL_LIGHTING, Kind::kSwitch,
+    {"lighting", GL_LIGHTING, kFixed, Kind::kSwitch,
      [](const Port&, const Record& r) {
          return switchBit(r, TglContext::kLightingOn, TglContext::kResendLighting);
      },
      [](const Port&, const Record& r) { enable(GL_LIGHTING, r.fDirtyBits.test(TglContext::kLightingOn)); }},
-    {"two-sided lighting", GL_LIGHT_MODEL_TWO_SIDE, Kind::kInteger,
+    {"two-sided lighting", GL_LIGHT_MODEL_TWO_SIDE, kFixed, Kind::kInteger,
      [](const Port&, const Record& r) {
          return switchBit(r, TglContext::kTwoSidedOn, TglContext::kResendTwoSided);
      },
      [](const Port&, const Record& r) {
          glLightModelf(GL_LIGHT_MODEL_TWO_SIDE, r.fDirtyBits.test(TglContext::kTwoSidedOn));
      }},
-    {"light model ambient", GL_LIGHT_MODEL_AMBIENT, Kind::kFloat,
+    {"light model ambient", GL_LIGHT_MODEL_AMBIENT, kFixed, Kind::kFloat,
      [](const Port&, const Record& r) { return Values::of(r.fLightModelAmbient, 4); },
      [](const Port&, const Record& r) { glLightModelfv(GL_LIGHT_MODEL_AMBIENT, &r.fLightModelAmbient.r); }},
-    {"local viewer", GL_LIGHT_MODEL_LOCAL_VIEWER, Kind::kInteger,
+    {"local viewer", GL_LIGHT_MODEL_LOCAL_VIEWER, kFixed, Kind::kInteger,
      [](const Port&, const Record& r) { return Values::of(r.fLocalViewer); },
      [](const Port&, const Record& r) { glLightModelf(GL_LIGHT_MODEL_LOCAL_VIEWER, r.fLocalViewer); }},
-    {"ambient material", GL_AMBIENT, Kind::kMaterial,
+    {"ambient material", GL_AMBIENT, kFixed, Kind::kMaterial,
      [](const Port&, const Record& r) { return Values::of(r.fMaterialAmbient, 3); },
      [](const Port&, const Record& r) { sendMaterial(GL_AMBIENT, r.fMaterialAmbient); }},
-    {"diffuse material", GL_DIFFUSE, Kind::kMaterial,
+    {"diffuse material", GL_DIFFUSE, kFixed, Kind::kMaterial,
      [](const Port&, const Record& r) { return Values::of(r.fMaterialDiffuse, 3); },
      [](const Port&, const Record& r) { sendMaterial(GL_DIFFUSE, r.fMaterialDiffuse); }},
-    {"specular material", GL_SPECULAR, Kind::kMaterial,
+    {"specular material", GL_SPECULAR, kFixed, Kind::kMaterial,
      [](const Port&, const Record& r) { return Values::of(r.fMaterialSpecular, 3); },
      [](const Port&, const Record& r) { sendMaterial(GL_SPECULAR, r.fMaterialSpecular); }},
-    {"emission material", GL_EMISSION, Kind::kMaterial,
+    {"emission material", GL_EMISSION, kFixed, Kind::kMaterial,
      [](const Port&, const Record& r) { return Values::of(r.fMaterialEmission, 3); },
      [](const Port&, const Record& r) { sendMaterial(GL_EMISSION, r.fMaterialEmission); }},
-    {"shininess", GL_SHININESS, Kind::kMaterial,
+    {"shininess", GL_SHININESS, kFixed, Kind::kMaterial,
      [](const Port&, const Record& r) { return Values::of(r.fMaterialShininess); },
      [](const Port&, const Record& r) {
          glMaterialf(GL_FRONT_AND_BACK, GL_SHININESS, static_cast<float>(r.fMaterialShininess));
      }},
-    {"texture unit", GL_ACTIVE_TEXTURE, Kind::kInteger,
+    {"texture unit", GL_ACTIVE_TEXTURE, kBoth, Kind::kInteger,
      [](const Port&, const Record& r) { return Values::of(r.fTextureUnit); },
      [](const Port&, const Record& r) { glActiveTexture(r.fTextureUnit); }},
-    {"texture environment", GL_TEXTURE_ENV_MODE, Kind::kTexEnv,
+    {"texture environment", GL_TEXTURE_ENV_MODE, kFixed, Kind::kTexEnv,
      [](const Port&, const Record& r) { return Values::of(r.fTextureEnv); },
      [](const Port&, const Record& r) {
          glTexEnvi(GL_TEXTURE_ENV, GL_TEXTURE_ENV_MODE, static_cast<GLint>(r.fTextureEnv));
      }},
-    {"texture combine", 0, Kind::kTexEnv,
+    {"texture combine", 0, kFixed, Kind::kTexEnv,
      [](const Port&, const Record& r) { return Values::of(r.fCombine).asking(r.fCombineParam); },
      [](const Port&, const Record& r) {
          glTexEnvi(GL_TEXTURE_ENV, r.fCombineParam, static_cast<GLint>(r.fCombine));
      }},
-    {"texture combine source", 0, Kind::kTexEnv,
+    {"texture combine source", 0, kFixed, Kind::kTexEnv,
      [](const Port&, const Record& r) { return Values::of(r.fSource).asking(r.fSourceParam); },
      [](const Port&, const Record& r) { glTexEnvi(GL_TEXTURE_ENV, r.fSourceParam, static_cast<GLint>(r.fSource)); }},
-    {"texture combine operand", 0, Kind::kTexEnv,
+    {"texture combine operand", 0, kFixed, Kind::kTexEnv,
      [](const Port&, const Record& r) { return Values::of(r.fOperand).asking(r.fOperandParam); },
      [](const Port&, const Record& r) {
          glTexEnvi(GL_TEXTURE_ENV, r.fOperandParam, static_cast<GLint>(r.fOperand));
      }},
-    {"texture combine scale", 0, Kind::kTexEnv,
+    {"texture combine scale", 0, kFixed, Kind::kTexEnv,
      [](const Port&, const Record& r) { return Values::of(r.fScale).asking(r.fScaleParam); },
      [](const Port&, const Record& r) { glTexEnvi(GL_TEXTURE_ENV, r.fScaleParam, static_cast<GLint>(r.fScale)); }},
-    {"polygon offset fill", GL_POLYGON_OFFSET_FILL, Kind::kSwitch,
+    {"polygon offset fill", GL_POLYGON_OFFSET_FILL, kBoth, Kind::kSwitch,
      [](const Port& p, const Record&) { return Values::of(p.fPolygonOffsetFillOn); },
      [](const Port& p, const Record&) { enable(GL_POLYGON_OFFSET_FILL, p.fPolygonOffsetFillOn); }},
-    {"fog", GL_FOG, Kind::kSwitch, [](const Port& p, const Record&) { return Values::of(p.isFogEnabled()); },
+    {"fog", GL_FOG, kFixed, Kind::kSwitch, [](const Port& p, const Record&) { return Values::of(p.isFogEnabled()); },
      [](const Port& p, const Record&) { enable(GL_FOG, p.isFogEnabled()); }},
-    {"fog mode", GL_FOG_MODE, Kind::kInteger,
+    {"fog mode", GL_FOG_MODE, kFixed, Kind::kInteger,
      [](const Port& p, const Record&) { return Values::of(p.fFogMode).when(p.fFogParametersSent); },
      [](const Port& p, const Record&) {
          if (p.fFogParametersSent)
              glFogi(GL_FOG_MODE, static_cast<GLint>(p.fFogMode));
      }},
-    {"fog density", GL_FOG_DENSITY, Kind::kFloat,
+    {"fog density", GL_FOG_DENSITY, kFixed, Kind::kFloat,
      [](const Port& p, const Record&) { return Values::of(p.fFogDensity).when(p.fFogParametersSent); },
      [](const Port& p, const Record&) {
          if (p.fFogParametersSent)
              glFogf(GL_FOG_DENSITY, p.fFogDensity);
      }},
-    {"fog start", GL_FOG_START, Kind::kFloat,
+    {"fog start", GL_FOG_START, kFixed, Kind::kFloat,
      [](const Port& p, const Record&) { return Values::of(p.fFogStart).when(p.fFogParametersSent); },
      [](const Port& p, const Record&) {
          if (p.fFogParametersSent)
              glFogf(GL_FOG_START, static_cast<float>(p.fFogStart));
      }},
-    {"fog end", GL_FOG_END, Kind::kFloat,
+    {"fog end", GL_FOG_END, kFixed, Kind::kFloat,
      [](const Port& p, const Record&) { return Values::of(p.fFogEnd).when(p.fFogParametersSent); },
      [](const Port& p, const Record&) {
          if (p.fFogParametersSent)
              glFogf(GL_FOG_END, static_cast<float>(p.fFogEnd));
      }},
-    {"fog source", GL_FOG_COORDINATE_SOURCE, Kind::kInteger,
+    {"fog source", GL_FOG_COORDINATE_SOURCE, kFixed, Kind::kInteger,
      [](const Port& p, const Record&) {
          return Values::of(p.fFogSource).when(T3dPort::fsGraphicsFlags.test(T3dPort::kHasFogCoord));
      },
@@ -379,7 +412,13 @@ TstringArray T3dPortAudit::differences(const T3dPort& port)
     if (!record || !port.glWidget())
         return found;
     port.setCurrentContext();
+    // A hidden widget's context does not get bound: there is nothing to compare with.
+    if (T3dPort::fsBindingMoved)
+        return found;
+    const bool core = port.isGLCoreViewport();
     for (const Row& row : Table::fsRows) {
+        if (core && row.fPipeline == kFixed)
+            continue;
         const Values recorded = row.fRecorded(port, *record);
         if (recorded.fCount == 0)
             continue;
@@ -409,10 +448,11 @@ void T3dPortAudit::printDifferences(const T3dPort& port)
 void T3dPortAudit::send(T3dPort& port)
 {
     TglContext* record = port.fContext;
-    if (!record || port.isGLCoreViewport())
+    if (!record)
         return;
+    const bool core = port.isGLCoreViewport();
     for (const Row& row : Table::fsRows)
-        if (row.fSend)
+        if (row.fSend && !(core && row.fPipeline == kFixed))
             row.fSend(port, *record);
     record->fValidBits.setAll();
     port.fMatrixValid &= ~std::uint32_t(T3dPort::kAllMatricesValid);

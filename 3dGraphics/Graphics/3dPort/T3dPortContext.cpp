@@ -188,7 +188,8 @@ void T3dPort::endForeignGL()
 {
     nativeBindingMoved();
     makeCurrent();
-    if (glWidget())
+    // Without the port's own context bound the state would go to somebody else's.
+    if (glWidget() && !fsBindingMoved)
         resendState();
 }
 

@@ -50,6 +50,7 @@ void T3dPort::colorChanged(const TportColor& c)
         setCurrentContext();
     glColor3fv(&c.r);
     fContext->fColor = c;
+    fContext->fColorDisturbed = false;
     fContext->fHardwareIndex = TglContext::kUnknownIndex;
 }
 
@@ -232,15 +233,13 @@ void T3dPort::scissor(const TportRect& r, bool force)
         return;
     }
     // An empty rectangle is an empty box: nothing is drawn.
-    TportRect box = r;
-    if (r.right - r.left <= 0 || r.top - r.bottom <= 0)
-        box = TportRect();
+    const TportRect box = r.isEmpty() ? TportRect() : r;
     fContext->fScissorX = box.left;
     fContext->fScissorY = box.bottom;
     fContext->fScissorWidth = box.width();
     fContext->fScissorHeight = box.height();
     glEnable(GL_SCISSOR_TEST);
-    glScissor(box.left, box.bottom, box.width(), box.height());
+    glScissor(box.left, box.bottom, box.right - box.left, box.top - box.bottom);
     fContext->fDirtyBits.set(TglContext::kScissorOn);
 }
 

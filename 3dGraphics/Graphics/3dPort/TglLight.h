@@ -22,6 +22,19 @@ public:
 
     explicit TglLight(TglLightType type) : fType(type) {}
 
+    // Light numbers count from GL_LIGHT0. Nothing is sent on a core profile, and nothing is made current.
+
+    /** Loads light @p i as a directional one from @p direction in the port's current matrix, and enables it. */
+    void setDefaultLight(short i, const T4dDblVector& direction);
+    /** Loads light @p i with all of this light's fields, placed by @p m on OpenGL's matrix, and enables it. */
+    void setLight(short i, const T4dDblMatrix& m);
+    /** Disables light @p i and makes it a plain one without attenuation. */
+    void unbind(short i);
+    /** Sends the colour as GL_DIFFUSE of light @p i. */
+    void setColor(short i);
+    /** Sends the ambient colour as GL_AMBIENT of light @p i. */
+    void setAmbientColor(short i);
+
     T3dPort* fPort = nullptr; ///< the port that owns the light, if any
     TportColor fColor{1, 1, 1, 1}; ///< GL_DIFFUSE and GL_SPECULAR
     TportColor fAmbientColor{0, 0, 0, 1};

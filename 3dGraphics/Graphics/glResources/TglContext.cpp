@@ -51,6 +51,7 @@ void TglContext::colorIndex(TglColorTable* table, short index)
     fColorIndex = index;
     fHardwareIndex = table->hardwareIndex(index);
     fColor = table->colorRGB(index);
+    fColorDisturbed = false;
     glColor3fv(&fColor.r);
 }
 

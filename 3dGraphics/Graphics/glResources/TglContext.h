@@ -192,7 +192,7 @@ public:
     std::int16_t fColorIndex = 0;
     std::uint16_t fHardwareIndex = kUnknownIndex;
     bool fBlending = false; ///< GL_BLEND
-    bool fReservedFlag1 = false;
+    bool fColorDisturbed = false; ///< a material has changed OpenGL's current colour, and on purpose not fColor
     bool fReservedFlag2 = false;
     std::uint32_t fReserved1 = 0;
     float fLineWidth = 1.0f;

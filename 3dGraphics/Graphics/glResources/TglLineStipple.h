@@ -18,6 +18,14 @@ public:
 
     bool isSolid() const { return fPattern == 0xFFFF; }
 
+    static const TglLineStipple kSolid;
+    static const TglLineStipple kDotted;
+    static const TglLineStipple kLongDotted;
+    static const TglLineStipple kShortDotted;
+    static const TglLineStipple kDashed;
+    static const TglLineStipple kLongDashed;
+    static const TglLineStipple kShortDashed;
+
     std::uint16_t fPattern = 0xFFFF; ///< the low bit is drawn first; 0xFFFF is a solid line
     std::int32_t fFactor = 1;
     mutable TcountedPtr<TglListId> fList; ///< null until first applied

@@ -5,13 +5,19 @@
 
 #include <GL/gl.h>
 
-/** A counted block of consecutive OpenGL display-list names; the last holder deletes the lists. */
+#include <cstddef>
+
+/**
+ * A counted block of consecutive OpenGL display-list names; the last holder deletes the lists.
+ *
+ * The objects themselves are recycled: up to 32 freed ones are kept for the next.
+ */
 class LIRN_3DGRAPHICS_EXPORT TglListId : public TsharedObject
 {
 public:
     /** Reserves @p count consecutive names in the current context's share group (glGenLists). */
     explicit TglListId(GLsizei count);
-    /** Deletes the lists (glDeleteLists) unless none were reserved. */
+    /** Deletes the lists (glDeleteLists), if any context that has them is left. */
     ~TglListId() override;
 
     TglListId(const TglListId&) = delete;
@@ -20,6 +26,9 @@ public:
     /** The first name of the block; 0 when OpenGL had none to give. */
     GLuint first() const { return fFirst; }
     GLsizei count() const { return fCount; }
+
+    static void* operator new(std::size_t size);
+    static void operator delete(void* block, std::size_t size);
 
 private:
     GLuint fFirst = 0;

@@ -1,0 +1,99 @@
+// Display lists, stipples and external buffers.
+
+#include "Graphics/3dPort/T3dPort.h"
+
+#include "Graphics/glResources/TglBuffer.h"
+#include "Graphics/glResources/TglDisplayList.h"
+#include "Graphics/glResources/TglPolyStipple.h"
+
+#include <cstdio>
+
+namespace {
+
+/** Calls @p list, or compiles it while @p send sends what it stands for. */
+template <class Send> void callOrCompile(TcountedPtr<TglListId>& list, Send send)
+{
+    if (list) {
+        glCallList(list->first());
+        return;
+    }
+    GLint open = 0;
+    glGetIntegerv(GL_LIST_INDEX, &open);
+    if (open != 0) {
+        send(); // lists do not nest
+        return;
+    }
+    list.reset(new TglListId(1));
+    glNewList(list->first(), GL_COMPILE_AND_EXECUTE);
+    send();
+    glEndList();
+}
+
+} // namespace
+
+void T3dPort::lineStipple(const TglLineStipple& stipple)
+{
+    setCurrentContext();
+    if (stipple.isSolid())
+        glDisable(GL_LINE_STIPPLE);
+    else
+        callOrCompile(stipple.fList, [&] {
+            glEnable(GL_LINE_STIPPLE);
+            glLineStipple(stipple.fFactor, stipple.fPattern);
+        });
+    if (fContext)
+        fContext->fLineStipple = stipple;
+}
+
+void T3dPort::polygonStipple(const TglPolyStipple& stipple)
+{
+    setCurrentContext();
+    if (stipple.isSolid())
+        glDisable(GL_POLYGON_STIPPLE);
+    else
+        callOrCompile(stipple.fList, [&] {
+            glEnable(GL_POLYGON_STIPPLE);
+            glPolygonStipple(stipple.mask());
+        });
+}
+
+void T3dPort::newList(TglDisplayList& list, TdisplayListMode mode)
+{
+    setCurrentContext();
+    fCompiledList = &list;
+    if (!list.fList || list.fList->isShared())
+        list.fList.reset(new TglListId(1));
+    glNewList(list.name(), mode);
+}
+
+void T3dPort::endList()
+{
+    glEndList();
+    fCompiledList = nullptr;
+}
+
+void T3dPort::beginBuffer(TglBuffer* buffer)
+{
+    if (!buffer)
+        return;
+    if (buffer->hasTarget()) {
+        buffer->bindTarget();
+        pushPortRect(buffer->targetRect());
+    }
+    buffer->beginBufferNotify();
+    if (fDebugPorts)
+        std::printf("External buffer override begin");
+}
+
+void T3dPort::endBuffer(TglBuffer* buffer)
+{
+    if (!buffer)
+        return;
+    if (fDebugPorts)
+        std::printf("External buffer override end");
+    buffer->endBufferNotify();
+    if (buffer->hasTarget()) {
+        buffer->releaseTarget();
+        popPortRect();
+    }
+}

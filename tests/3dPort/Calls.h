@@ -1,0 +1,27 @@
+#pragma once
+
+#include "support/GlRecorder.h"
+
+#include <string>
+#include <vector>
+
+inline const std::string kLoadIdentity = "glLoadMatrixd([1 0 0 0 0 1 0 0 0 0 1 0 0 0 0 1])";
+
+/** The recorded calls of OpenGL itself, without the window system's. */
+inline std::vector<std::string> glCalls(const GlRecorder& recorder)
+{
+    std::vector<std::string> calls;
+    for (const std::string& call : recorder.calls())
+        if (call.compare(0, 3, "glX") != 0)
+            calls.push_back(call);
+    return calls;
+}
+
+/** The part of @p calls from the first one named @p name. */
+inline std::vector<std::string> from(const std::string& name, const std::vector<std::string>& calls)
+{
+    for (auto call = calls.begin(); call != calls.end(); ++call)
+        if (call->compare(0, name.size(), name) == 0)
+            return std::vector<std::string>(call, calls.end());
+    return {};
+}

@@ -1,0 +1,57 @@
+#include "TcommandLine.h"
+
+#include <gtest/gtest.h>
+
+namespace {
+
+TcommandLine parsed(const char* arguments)
+{
+    return TcommandLine::parse(QString::fromLatin1(arguments).split(QLatin1Char(' ')));
+}
+
+} // namespace
+
+TEST(TcommandLine, ReadsWhatIsAskedFor)
+{
+    const TcommandLine plain = parsed("portview");
+    EXPECT_EQ(plain.fRequest, TcommandLine::kRun);
+    EXPECT_EQ(plain.fSize, QSize(960, 720));
+    EXPECT_EQ(plain.fShading, TviewScene::kFlat);
+    EXPECT_FALSE(plain.fFourViews);
+
+    const TcommandLine all =
+        parsed("portview -platform xcb --shading wire a.obj --views=four --size 640x48 --snapshot b.png -display :5");
+    EXPECT_EQ(all.fRequest, TcommandLine::kRun) << all.fText.toStdString();
+    EXPECT_EQ(all.fModel, QStringLiteral("a.obj"));
+    EXPECT_EQ(all.fSnapshot, QStringLiteral("b.png"));
+    EXPECT_EQ(all.fSize, QSize(640, 48));
+    EXPECT_EQ(all.fShading, TviewScene::kWire);
+    EXPECT_TRUE(all.fFourViews);
+    EXPECT_EQ(all.fPlatform, QStringLiteral("xcb"));
+    EXPECT_EQ(all.fDisplay, QStringLiteral(":5"));
+}
+
+TEST(TcommandLine, SaysWhatIsWrong)
+{
+    const struct
+    {
+        const char* arguments;
+        const char* part;
+    } cases[] = {
+        {"portview --bogus", "bogus"},          {"portview --size", "size"},
+        {"portview --size 640", "--size"},      {"portview --size 0x480", "--size"},
+        {"portview --size 9000x10", "--size"},  {"portview --size 99999999999x480", "--size"},
+        {"portview --size -64x48", "--size"},   {"portview --shading smooth", "wire or flat"},
+        {"portview --views 4", "one or four"},  {"portview a.obj b.obj", "b.obj"},
+        {"portview --snapshot=", "--snapshot"}, {"portview ", "empty"},
+    };
+    for (const auto& each : cases) {
+        const TcommandLine line = parsed(each.arguments);
+        EXPECT_EQ(line.fRequest, TcommandLine::kError) << each.arguments;
+        EXPECT_TRUE(line.fText.contains(QLatin1String(each.part))) << line.fText.toStdString();
+        EXPECT_TRUE(line.fText.endsWith(QLatin1Char('.'))) << line.fText.toStdString();
+    }
+    // Help is given whatever else is there.
+    EXPECT_EQ(parsed("portview --help a b c").fRequest, TcommandLine::kHelp);
+    EXPECT_EQ(parsed("portview -v").fRequest, TcommandLine::kVersion);
+}

@@ -1,0 +1,174 @@
+#include "TobjModel.h"
+
+#include <QTemporaryDir>
+
+#include <gtest/gtest.h>
+
+#include <cmath>
+#include <fstream>
+
+namespace {
+
+class TobjModelFile : public ::testing::Test
+{
+protected:
+    std::string path(const char* name) const { return fFolder.filePath(QString::fromLatin1(name)).toStdString(); }
+
+    std::shared_ptr<const TobjModel> load(const std::string& text)
+    {
+        std::ofstream(path("model.obj"), std::ios::binary) << text;
+        return TobjModel::load(path("model.obj"), fProgress, fError);
+    }
+
+    QTemporaryDir fFolder;
+    TloadProgress fProgress;
+    std::string fError;
+};
+
+const std::string kSquare = "v 0 0 0\nv 2 0 0\nv 2 2 0\nv 0 2 0\n";
+
+/** The area of the triangles in the file's units. */
+double filledArea(const TobjModel& model)
+{
+    double area = 0;
+    const auto& corners = model.triangles();
+    const auto at = [&](std::size_t i) {
+        const float* p = corners[i].fPosition;
+        return T4dDblVector(p[0], p[1], p[2]);
+    };
+    for (std::size_t i = 0; i + 2 < corners.size(); i += 3)
+        area += (at(i + 1) - at(i)).cross(at(i + 2) - at(i)).length() / 2;
+    return area / (model.scale() * model.scale());
+}
+
+} // namespace
+
+TEST_F(TobjModelFile, FacesFillAndEdgesCountOnce)
+{
+    std::string manyCorners;
+    std::string manyCornersFace = "f";
+    for (int i = 0; i < 300; ++i) {
+        const double a = 2 * 3.14159265358979323846 * i / 300;
+        manyCorners += "v " + std::to_string(std::cos(a)) + " " + std::to_string(std::sin(a)) + " 0\n";
+        manyCornersFace += " " + std::to_string(i + 1);
+    }
+    const struct
+    {
+        const char* what;
+        std::string text;
+        std::size_t faces;
+        std::size_t triangles;
+        std::size_t edges;
+        double area;
+    } cases[] = {
+        {"triangle", kSquare + "f 1 2 3\n", 1, 1, 3, 2},
+        {"quad", kSquare + "f 1 2 3 4", 1, 2, 4, 4},
+        {"two triangles share an edge", kSquare + "f 1 2 3\nf 3 1 4\n", 2, 2, 5, 4},
+        {"negative indices", kSquare + "f -4 -3 -2 -1\n", 1, 2, 4, 4},
+        {"texture and normal indices", kSquare + "vt 0 0\nvn 0 0 1\nf 1/1/1 2//1 3/1 4\n", 1, 2, 4, 4},
+        {"carriage returns, comments, tabs", "# a\r\n" + kSquare + "\tf\t1 2 3 4 # f 9 9 9\r\n", 1, 2, 4, 4},
+        {"a face that goes on in the next line", kSquare + "f 1 2 \\\n3 4\n", 1, 2, 4, 4},
+        {"vertices after the face", "f 1 2 3 4\n" + kSquare, 1, 2, 4, 4},
+        {"colours behind the coordinates", "v 0 0 0 1 0 0\nv 2 0 0 1 0 0\nv 0 2 0 1 0 0\nf 1 2 3\n", 1, 1, 3, 2},
+        {"concave quad", "v 0 0 0\nv 2 0 0\nv 0.5 0.5 0\nv 0 2 0\nf 2 3 4 1\n", 1, 2, 4, 1},
+        {"concave hexagon", "v 0 0 0\nv 4 0 0\nv 4 1 0\nv 1 1 0\nv 1 4 0\nv 0 4 0\nf 1 2 3 4 5 6\n", 1, 4, 6, 7},
+        {"more corners than a byte counts", manyCorners + manyCornersFace, 1, 298, 300, 3.1413629},
+        {"face without area", kSquare + "f 1 2 2\nf 1 2 3\n", 2, 1, 3, 2},
+    };
+    for (const auto& each : cases) {
+        SCOPED_TRACE(each.what);
+        const auto model = load(each.text);
+        ASSERT_TRUE(model) << fError;
+        EXPECT_EQ(model->faceCount(), each.faces);
+        EXPECT_EQ(model->triangles().size(), 3 * each.triangles);
+        EXPECT_EQ(model->edges().size(), 2 * each.edges);
+        EXPECT_NEAR(filledArea(*model), each.area, 1e-4);
+        EXPECT_EQ(fProgress.fPercent, 100);
+    }
+}
+
+TEST_F(TobjModelFile, BrokenFilesGiveAReason)
+{
+    const struct
+    {
+        const char* what;
+        std::string text;
+        const char* reason;
+    } cases[] = {
+        {"empty", "", "no faces"},
+        {"only vertices", kSquare, "no faces"},
+        {"not a model",
+         std::string("\x7f"
+                     "ELF\0\0f\xff",
+                     9),
+         "no faces"},
+        {"index 0", kSquare + "f 0 1 2\n", "line 5: there is no vertex 0"},
+        {"index too large", kSquare + "f 1 2 5\n", "line 5: there is no vertex 5, the file has 4"},
+        {"index too negative", kSquare + "f -1 -2 -5\n", "there is no vertex -5 counted from here"},
+        {"huge index", kSquare + "f 1 2 99999999999\n", "too large"},
+        {"index that is 1 in 32 bits", kSquare + "f 2 3 4294967297\n", "too large"},
+        {"huge texture index", kSquare + "f 1/4294967297 2/1 3/1\n", "too large"},
+        {"truncated face", kSquare + "f 1 2", "fewer than three corners"},
+        {"bare face", kSquare + "f\n", "fewer than three corners"},
+        {"words for indices", kSquare + "f a b c\n", "\"a\" is no vertex index"},
+        {"truncated vertex", "v 0 0\nf 1 1 1\n", "line 1: a vertex with fewer than three coordinates"},
+        {"NaN", "v 0 nan 0\nv 1 0 0\nv 0 1 0\nf 1 2 3\n", "\"nan\" is no coordinate"},
+        {"infinity", "v 0 -inf 0\nv 1 0 0\nv 0 1 0\nf 1 2 3\n", "\"-inf\" is no coordinate"},
+        {"beyond all numbers", "v 1e999 0 0\nv 1 0 0\nv 0 1 0\nf 1 2 3\n", "out of range"},
+    };
+    for (const auto& each : cases) {
+        SCOPED_TRACE(each.what);
+        EXPECT_FALSE(load(each.text));
+        EXPECT_NE(fError.find(each.reason), std::string::npos) << fError;
+    }
+    EXPECT_FALSE(TobjModel::load(path("nowhere.obj"), fProgress, fError));
+    EXPECT_EQ(fError, "No such file or directory");
+    EXPECT_FALSE(TobjModel::load(fFolder.path().toStdString(), fProgress, fError));
+    EXPECT_EQ(fError, "it is a directory");
+    EXPECT_FALSE(TobjModel::load("/dev/zero", fProgress, fError));
+    EXPECT_EQ(fError, "it is not an ordinary file");
+    EXPECT_FALSE(TobjModel::load("", fProgress, fError));
+}
+
+TEST_F(TobjModelFile, SceneSpaceHoldsTheUsedVerticesOfAnyScale)
+{
+    const struct
+    {
+        const char* text;
+        T4dDblVector centre;
+    } cases[] = {
+        {"v 0 0 0\nv 2 0 0\nv 2 2 0\nf 1 2 3\n", {1, 1, 0}},
+        {"v 1000000 0 0\nv 1000002 0 0\nv 1000002 2 0\nf 1 2 3\n", {1000001, 1, 0}},
+        {"v 0 0 0\nv 2e-30 0 0\nv 2e-30 2e-30 0\nf 1 2 3\n", {1e-30, 1e-30, 0}},
+        {"v 0 0 0\nv 2e90 0 0\nv 2e90 2e90 0\nv -9e99 0 0\nf 1 2 3\n", {1e90, 1e90, 0}},
+        {"v 3 3 3\nf 1 1 1\n", {3, 3, 3}},
+    };
+    for (const auto& each : cases) {
+        SCOPED_TRACE(each.text);
+        const auto model = load(each.text);
+        ASSERT_TRUE(model) << fError;
+        EXPECT_LE((model->centre() - each.centre).length(), 1e-12 * each.centre.length());
+        double farthest = 0;
+        for (const TobjModel::TfillVertex& corner : model->triangles())
+            farthest = std::max(farthest, std::hypot(corner.fPosition[0], corner.fPosition[1]) * 1.0);
+        if (!model->triangles().empty())
+            EXPECT_NEAR(farthest, 1, 1e-6);
+        for (const TobjModel::Tposition& p : model->positions())
+            EXPECT_TRUE(std::isfinite(p.fPosition[0]));
+    }
+}
+
+TEST_F(TobjModelFile, CancellingEndsTheLoading)
+{
+    fProgress.fCancelled = true;
+    EXPECT_FALSE(load(kSquare + "f 1 2 3\n"));
+    EXPECT_EQ(fError, "cancelled");
+}
+
+TEST(TobjModelBuiltIn, KnotStandsOnTheGround)
+{
+    const auto knot = TobjModel::torusKnot();
+    EXPECT_EQ(knot->edges().size() / 2, 2 * knot->faceCount());
+    EXPECT_GE(knot->lower().y, 0);
+    EXPECT_LE(knot->lower().y, 0.3);
+}

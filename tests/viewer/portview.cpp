@@ -1,0 +1,185 @@
+#include <QFile>
+#include <QImage>
+#include <QProcess>
+#include <QProcessEnvironment>
+#include <QTemporaryDir>
+
+#include <gtest/gtest.h>
+
+#include <algorithm>
+
+namespace {
+
+const char kBoxCorners[] = "v -1 0 -1\nv 1 0 -1\nv 1 2 -1\nv -1 2 -1\nv -1 0 1\nv 1 0 1\nv 1 2 1\nv -1 2 1\n";
+const char kBoxFaces[] = "f 1 4 3 2\nf 5 6 7 8\nf 1 2 6 5\nf 3 4 8 7\nf 1 5 8 4\nf 2 3 7 6\n";
+
+class Portview : public ::testing::Test
+{
+protected:
+    struct Tresult
+    {
+        int status;
+        QString output;
+        QString complaint;
+    };
+
+    QString path(const char* name) const { return fFolder.filePath(QString::fromLatin1(name)); }
+
+    QString write(const char* name, const QByteArray& text) const
+    {
+        QFile file(path(name));
+        EXPECT_TRUE(file.open(QIODevice::WriteOnly));
+        file.write(text);
+        return file.fileName();
+    }
+
+    static Tresult run(const QStringList& arguments, const QProcessEnvironment& environment)
+    {
+        QProcess process;
+        process.setProcessEnvironment(environment);
+        process.start(QStringLiteral(PORTVIEW_PROGRAM), arguments);
+        EXPECT_TRUE(process.waitForFinished(60000));
+        EXPECT_EQ(process.exitStatus(), QProcess::NormalExit);
+        Tresult result{process.exitCode(), QString::fromLocal8Bit(process.readAllStandardOutput()), QString()};
+        // Qt has its own remarks about the surroundings.
+        for (const QString& line : QString::fromLocal8Bit(process.readAllStandardError()).split(QLatin1Char('\n'))) {
+            if (!line.startsWith(QLatin1String("QStandardPaths")) && !line.isEmpty())
+                result.complaint += line + QLatin1Char('\n');
+        }
+        return result;
+    }
+
+    static QProcessEnvironment auditing()
+    {
+        QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
+        environment.insert(QStringLiteral("LIRN_DEBUG_Q3DPORT_STATE"), QStringLiteral("1"));
+        return environment;
+    }
+
+    /** The picture of a model of which nothing must be said. */
+    QImage picture(const QString& model, const QStringList& options)
+    {
+        QFile::remove(path("out.png"));
+        const Tresult result =
+            run(QStringList{model, QStringLiteral("--snapshot"), path("out.png")} + options, auditing());
+        EXPECT_EQ(result.status, 0);
+        EXPECT_EQ(result.output, QString()) << "state that the port did not record";
+        EXPECT_EQ(result.complaint, QString());
+        return QImage(path("out.png")).convertToFormat(QImage::Format_RGB32);
+    }
+
+    QTemporaryDir fFolder;
+};
+
+int difference(QRgb a, QRgb b)
+{
+    return std::max({std::abs(qRed(a) - qRed(b)), std::abs(qGreen(a) - qGreen(b)), std::abs(qBlue(a) - qBlue(b))});
+}
+
+int differingPixels(const QImage& a, const QImage& b)
+{
+    int count = 0;
+    for (int y = 0; y < a.height(); ++y) {
+        for (int x = 0; x < a.width(); ++x)
+            count += difference(a.pixel(x, y), b.pixel(x, y)) > 12;
+    }
+    return count;
+}
+
+} // namespace
+
+TEST_F(Portview, SnapshotsShowTheModel)
+{
+    const QString box = write("box.obj", QByteArray(kBoxCorners) + kBoxFaces);
+    // The same box to frame, but nothing to fill.
+    const QString nothing = write("nothing.obj", QByteArray(kBoxCorners) + "f 1 7 7\n");
+    const QSize sizes[] = {QSize(320, 240), QSize(161, 300)};
+    const char* views[] = {"one", "four"};
+    for (int i = 0; i < 2; ++i) {
+        SCOPED_TRACE(views[i]);
+        const QStringList options{
+            QStringLiteral("--size"), QStringLiteral("%1x%2").arg(sizes[i].width()).arg(sizes[i].height()),
+            QStringLiteral("--views"), QString::fromLatin1(views[i]), QStringLiteral("--shading")};
+        const QImage flat = picture(box, options + QStringList{QStringLiteral("flat")});
+        const QImage wire = picture(box, options + QStringList{QStringLiteral("wire")});
+        const QImage empty = picture(nothing, options + QStringList{QStringLiteral("flat")});
+        for (const QImage* each : {&flat, &wire, &empty})
+            ASSERT_EQ(each->size(), sizes[i]);
+
+        const int all = flat.width() * flat.height();
+        const int filled = differingPixels(flat, empty);
+        const int lines = differingPixels(wire, empty);
+        EXPECT_GT(filled, all / 6);
+        EXPECT_LT(filled, all * 9 / 10);
+        EXPECT_GT(lines, all / 200);
+        EXPECT_LT(lines, filled / 3);
+        const QPoint middle = views[i][0] == 'o' ? flat.rect().center() : flat.rect().center() / 2;
+        EXPECT_GT(difference(flat.pixel(middle), empty.pixel(middle)), 40);
+    }
+}
+
+TEST_F(Portview, SnapshotSizeIsInDevicePixels)
+{
+    QProcessEnvironment doubled = auditing();
+    doubled.insert(QStringLiteral("QT_SCALE_FACTOR"), QStringLiteral("1.5"));
+    const Tresult result = run(
+        {QStringLiteral("--snapshot"), path("knot.png"), QStringLiteral("--size"), QStringLiteral("333x222")}, doubled);
+    EXPECT_EQ(result.status, 0) << result.complaint.toStdString();
+    EXPECT_EQ(result.output, QString());
+    EXPECT_EQ(QImage(path("knot.png")).size(), QSize(333, 222));
+}
+
+TEST_F(Portview, FailuresAreOneSentenceAndStatus1)
+{
+    const QProcessEnvironment normal = QProcessEnvironment::systemEnvironment();
+    QProcessEnvironment noDisplay = normal;
+    noDisplay.remove(QStringLiteral("DISPLAY"));
+    noDisplay.remove(QStringLiteral("QT_QPA_PLATFORM"));
+    QProcessEnvironment wrongDisplay = noDisplay;
+    wrongDisplay.insert(QStringLiteral("DISPLAY"), QStringLiteral(":4711"));
+    QProcessEnvironment offscreen = normal;
+    offscreen.insert(QStringLiteral("QT_QPA_PLATFORM"), QStringLiteral("offscreen"));
+
+    const QString missing = path("missing.obj");
+    const QString broken = write("broken.obj", QByteArray(kBoxCorners) + "f 1 2 99999999999\n");
+    const QString out = path("out.png");
+    const struct
+    {
+        QStringList arguments;
+        QProcessEnvironment environment;
+        QString complaint;
+    } cases[] = {
+        {{missing}, normal, QStringLiteral("portview: cannot open %1: No such file or directory.\n").arg(missing)},
+        {{missing, "--snapshot", out},
+         normal,
+         QStringLiteral("portview: cannot open %1: No such file or directory.\n").arg(missing)},
+        {{broken},
+         normal,
+         QStringLiteral("portview: cannot open %1: line 9: the index in \"99999999999\" is too large.\n").arg(broken)},
+        {{"--snapshot", "/nowhere/out.png"},
+         normal,
+         QStringLiteral("portview: cannot write /nowhere/out.png: No such file or directory.\n")},
+        {{"--snapshot", "/dev/full"},
+         normal,
+         QStringLiteral("portview: cannot write /dev/full: No space left on device.\n")},
+        {{"--shading", "smooth"},
+         noDisplay,
+         QStringLiteral("portview: --shading takes wire or flat, not \"smooth\". See portview --help.\n")},
+        {{}, noDisplay, QStringLiteral("portview: there is no X display, DISPLAY is not set.\n")},
+        {{}, wrongDisplay, QStringLiteral("portview: cannot connect to the X display \":4711\".\n")},
+        {{},
+         offscreen,
+         QStringLiteral("portview: drawing needs X11, that is Qt's platform \"xcb\" instead of \"offscreen\".\n")},
+    };
+    for (const auto& each : cases) {
+        const Tresult result = run(each.arguments, each.environment);
+        EXPECT_EQ(result.status, 1) << each.complaint.toStdString();
+        EXPECT_EQ(result.complaint, each.complaint);
+        EXPECT_EQ(result.output, QString());
+    }
+    const Tresult help = run({QStringLiteral("--help")}, noDisplay);
+    EXPECT_EQ(help.status, 0);
+    EXPECT_TRUE(help.output.contains(QLatin1String("--snapshot <OUT.png>")));
+    EXPECT_FALSE(help.output.contains(QLatin1String("-platform")));
+    EXPECT_TRUE(run({QStringLiteral("--version")}, noDisplay).output.startsWith(QLatin1String("portview ")));
+}

@@ -1,0 +1,256 @@
+#include "TviewerWindow.h"
+
+#include "ui/QlirnPaneLayout.h"
+
+#include <QCoreApplication>
+#include <QFile>
+#include <QFileInfo>
+#include <QKeyEvent>
+#include <QLabel>
+#include <QLocale>
+#include <QMessageBox>
+#include <QPainter>
+#include <QProgressBar>
+#include <QScreen>
+#include <QStatusBar>
+
+#include <algorithm>
+#include <cmath>
+#include <functional>
+
+namespace {
+
+constexpr int kProgressInterval = 40; // milliseconds
+constexpr TviewCamera::Tprojection kProjections[] = {TviewCamera::kPerspective, TviewCamera::kTop, TviewCamera::kFront,
+                                                     TviewCamera::kSide};
+
+QColor gapColour()
+{
+    return QColor(24, 26, 29);
+}
+
+} // namespace
+
+TviewerWindow::TviewerWindow(const QSize& size, TviewScene::Tshading shading, bool fourViews)
+    : fSize(size), fArea(new QWidget(this)), fPanes(new QlirnPaneLayout(fArea)), fModelLabel(new QLabel),
+      fViewLabel(new QLabel), fProgressBar(new QProgressBar)
+{
+    fStyle.fShading = shading;
+    setWindowTitle(QStringLiteral("portview"));
+    setFocusPolicy(Qt::StrongFocus);
+    fArea->setMinimumSize(64, 48);
+    QPalette palette = fArea->palette();
+    palette.setColor(QPalette::Window, gapColour());
+    fArea->setPalette(palette);
+    fArea->setAutoFillBackground(true);
+    setCentralWidget(fArea);
+
+    fProgressBar->setMaximumWidth(180);
+    fProgressBar->setRange(0, 100);
+    fProgressBar->hide();
+    statusBar()->addWidget(fModelLabel);
+    statusBar()->addWidget(fProgressBar);
+    statusBar()->addPermanentWidget(fViewLabel);
+    statusBar()->addPermanentWidget(new QLabel(tr("h: keys")));
+
+    fProgressTimer.setInterval(kProgressInterval);
+    connect(&fProgressTimer, &QTimer::timeout, this, [this] {
+        fProgressBar->setValue(fProgress.fPercent);
+        fProgressBar->show();
+    });
+
+    addView(TviewCamera::kPerspective);
+    setFourViews(fourViews);
+
+    const double ratio = devicePixelRatioF();
+    QSize wanted(static_cast<int>(std::ceil(size.width() / ratio)), static_cast<int>(std::ceil(size.height() / ratio)));
+    wanted.rheight() += statusBar()->sizeHint().height();
+    resize(screen() ? wanted.boundedTo(screen()->availableSize()) : wanted);
+}
+
+TviewerWindow::~TviewerWindow()
+{
+    stopLoading();
+    // The ports go before the widgets around them.
+    fViews.clear();
+}
+
+void TviewerWindow::open(const QString& path)
+{
+    stopLoading();
+    fModelLabel->setText(tr("Loading %1").arg(QFileInfo(path).fileName()));
+    fProgress.fPercent = 0;
+    fProgress.fCancelled = false;
+    fProgressTimer.start();
+    fLoader = std::thread([this, path] {
+        std::string reason;
+        auto model = TobjModel::load(QFile::encodeName(path).toStdString(), fProgress, reason);
+        if (fProgress.fCancelled)
+            return;
+        QMetaObject::invokeMethod(
+            this, [this, model, path, reason] { loaded(model, path, QString::fromStdString(reason)); },
+            Qt::QueuedConnection);
+    });
+}
+
+void TviewerWindow::openBuiltIn()
+{
+    show(TobjModel::torusKnot(), tr("Torus knot"));
+    Q_EMIT opened();
+}
+
+void TviewerWindow::stopLoading()
+{
+    fProgress.fCancelled = true;
+    if (fLoader.joinable())
+        fLoader.join();
+    fProgressTimer.stop();
+    fProgressBar->hide();
+}
+
+void TviewerWindow::loaded(std::shared_ptr<const TobjModel> model, const QString& path, const QString& reason)
+{
+    stopLoading();
+    if (!model) {
+        Q_EMIT failed(path, reason);
+        return;
+    }
+    show(std::move(model), QFileInfo(path).fileName());
+    Q_EMIT opened();
+}
+
+void TviewerWindow::show(std::shared_ptr<const TobjModel> model, const QString& name)
+{
+    const QLocale locale;
+    fModelLabel->setText(tr("%1:  %2 faces,  %3 vertices")
+                             .arg(name, locale.toString(qulonglong(model->faceCount())),
+                                  locale.toString(qulonglong(model->vertexCount()))));
+    setWindowTitle(tr("%1 - portview").arg(name));
+    fScene.setModel(std::move(model));
+    frameAll();
+}
+
+void TviewerWindow::addView(TviewCamera::Tprojection projection)
+{
+    auto view = std::make_unique<Tview>(fArea, projection, fScene, fStyle);
+    view->setPointerHook([this, name = view->name()](bool inside) {
+        fViewLabel->setText(inside ? QString::fromLatin1(name) : QString());
+    });
+    fPanes->addPane(view->widget());
+    fViews.push_back(std::move(view));
+}
+
+bool TviewerWindow::hasFourViews() const
+{
+    return fPanes->configuration() == QlirnPaneLayout::kQuad;
+}
+
+void TviewerWindow::setFourViews(bool four)
+{
+    if (four == hasFourViews())
+        return;
+    fPanes->setConfiguration(four ? QlirnPaneLayout::kQuad : QlirnPaneLayout::kSingle);
+    while (four && fViews.size() < std::size(kProjections))
+        addView(kProjections[fViews.size()]);
+    for (const auto& view : fViews)
+        view->setLabelled(four);
+    updateAll();
+}
+
+void TviewerWindow::setShading(TviewScene::Tshading shading)
+{
+    fStyle.fShading = shading;
+    updateAll();
+}
+
+void TviewerWindow::frameAll()
+{
+    for (const auto& view : fViews)
+        view->frame();
+}
+
+void TviewerWindow::updateAll()
+{
+    for (const auto& view : fViews)
+        view->update();
+}
+
+QImage TviewerWindow::picture()
+{
+    const int shown = hasFourViews() ? 4 : 1;
+    const int gap =
+        shown == 1 ? 0 : std::max(1, static_cast<int>(std::lround(fPanes->spacing() * devicePixelRatioF())));
+    const auto spanOf = [&](int index, int length, int& start) {
+        const int first = (length - gap) / 2;
+        start = index == 0 ? 0 : first + gap;
+        return shown == 1 ? length : index == 0 ? first : length - start;
+    };
+    QImage image(fSize, QImage::Format_RGB32);
+    image.fill(gapColour());
+    QPainter painter(&image);
+    for (int i = 0; i < shown; ++i) {
+        QPoint at;
+        const int width = spanOf(i % 2, fSize.width(), at.rx());
+        const int height = spanOf(i / 2, fSize.height(), at.ry());
+        Tview& view = *fViews[static_cast<std::size_t>(i)];
+        view.frame();
+        const QImage part = view.picture(QSize(width, height));
+        if (part.isNull())
+            return QImage();
+        painter.drawImage(at, part);
+    }
+    return image;
+}
+
+void TviewerWindow::showKeys()
+{
+    auto* box = new QMessageBox(this);
+    box->setAttribute(Qt::WA_DeleteOnClose);
+    box->setWindowTitle(tr("Keys"));
+    box->setTextFormat(Qt::RichText);
+    box->setText(tr("<table cellpadding=3>"
+                    "<tr><td><b>left drag</b></td><td>tumble</td></tr>"
+                    "<tr><td><b>middle drag</b></td><td>track</td></tr>"
+                    "<tr><td><b>right drag, wheel</b></td><td>dolly</td></tr>"
+                    "<tr><td><b>f</b></td><td>frame the model</td></tr>"
+                    "<tr><td><b>w, s</b></td><td>wire, flat shading</td></tr>"
+                    "<tr><td><b>e</b></td><td>edges over flat shading</td></tr>"
+                    "<tr><td><b>space</b></td><td>one view, four views</td></tr>"
+                    "<tr><td><b>h, F1</b></td><td>this table</td></tr>"
+                    "<tr><td><b>q, Esc</b></td><td>quit</td></tr>"
+                    "</table>"));
+    box->setStandardButtons(QMessageBox::Close);
+    box->open();
+}
+
+void TviewerWindow::keyPressEvent(QKeyEvent* event)
+{
+    switch (event->key()) {
+    case Qt::Key_F:
+        frameAll();
+        break;
+    case Qt::Key_W:
+        setShading(TviewScene::kWire);
+        break;
+    case Qt::Key_S:
+        setShading(TviewScene::kFlat);
+        break;
+    case Qt::Key_E:
+        fStyle.fEdges = !fStyle.fEdges;
+        updateAll();
+        break;
+    case Qt::Key_Space:
+        setFourViews(!hasFourViews());
+        break;
+    case Qt::Key_H:
+    case Qt::Key_F1:
+        showKeys();
+        break;
+    case Qt::Key_Q:
+    case Qt::Key_Escape:
+        close();
+        break;
+    default:
+        QMainWindow::keyPressEvent(event);
+    }
+}

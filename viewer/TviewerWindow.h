@@ -1,0 +1,70 @@
+#pragma once
+
+#include "TobjModel.h"
+#include "Tview.h"
+#include "TviewScene.h"
+
+#include <QMainWindow>
+#include <QTimer>
+
+#include <memory>
+#include <thread>
+#include <vector>
+
+class QLabel;
+class QlirnPaneLayout;
+class QProgressBar;
+
+/** The window of portview: one view or four of a model, and a status bar. */
+class TviewerWindow : public QMainWindow
+{
+    Q_OBJECT
+
+public:
+    /** @param size  of the view area, in device pixels */
+    TviewerWindow(const QSize& size, TviewScene::Tshading shading, bool fourViews);
+    ~TviewerWindow() override;
+
+    /** Loads a file in a thread of its own; opened() or failed() follows. The window can be used meanwhile. */
+    void open(const QString& path);
+    /** Shows the built-in scene; opened() follows at once. */
+    void openBuiltIn();
+
+    bool isLoading() const { return fLoader.joinable(); }
+    bool hasFourViews() const;
+    void setFourViews(bool four);
+    void setShading(TviewScene::Tshading shading);
+
+    /** The view area drawn at its size in device pixels as it was asked for; null on failure. */
+    QImage picture();
+
+Q_SIGNALS:
+    void opened();
+    void failed(const QString& path, const QString& reason);
+
+protected:
+    void keyPressEvent(QKeyEvent* event) override;
+
+private:
+    void addView(TviewCamera::Tprojection projection);
+    void show(std::shared_ptr<const TobjModel> model, const QString& name);
+    void loaded(std::shared_ptr<const TobjModel> model, const QString& path, const QString& reason);
+    void stopLoading();
+    void frameAll();
+    void updateAll();
+    void showKeys();
+
+    QSize fSize;
+    TviewScene fScene;
+    TviewScene::Tstyle fStyle;
+    QWidget* fArea;
+    QlirnPaneLayout* fPanes;
+    QLabel* fModelLabel;
+    QLabel* fViewLabel;
+    QProgressBar* fProgressBar;
+    std::vector<std::unique_ptr<Tview>> fViews;
+
+    std::thread fLoader;
+    TloadProgress fProgress;
+    QTimer fProgressTimer;
+};

@@ -3,6 +3,7 @@
 #include "TviewerWindow.h"
 
 #include <QApplication>
+#include <QBuffer>
 #include <QFile>
 #include <QTimer>
 
@@ -45,8 +46,12 @@ int writeSnapshot(TviewerWindow& window, const QString& path)
     const QImage image = window.picture();
     if (image.isNull())
         return complain(QStringLiteral("cannot draw a picture off screen."));
+    // By way of memory: the PNG library has remarks of its own about a file that can't be written.
+    QByteArray bytes;
+    QBuffer buffer(&bytes);
+    image.save(&buffer, "PNG");
     QFile file(path);
-    if (!file.open(QIODevice::WriteOnly | QIODevice::Truncate) || !image.save(&file, "PNG") || !file.flush())
+    if (!file.open(QIODevice::WriteOnly | QIODevice::Truncate) || file.write(bytes) != bytes.size() || !file.flush())
         return complain(QStringLiteral("cannot write %1: %2.").arg(path, file.errorString()));
     return 0;
 }

@@ -151,8 +151,7 @@ TEST_F(TobjModelFile, SceneSpaceHoldsTheUsedVerticesOfAnyScale)
         double farthest = 0;
         for (const TobjModel::TfillVertex& corner : model->triangles())
             farthest = std::max(farthest, std::hypot(corner.fPosition[0], corner.fPosition[1]) * 1.0);
-        if (!model->triangles().empty())
-            EXPECT_NEAR(farthest, 1, 1e-6);
+        EXPECT_NEAR(farthest, model->triangles().empty() ? 0 : 1, 1e-6);
         for (const TobjModel::Tposition& p : model->positions())
             EXPECT_TRUE(std::isfinite(p.fPosition[0]));
     }

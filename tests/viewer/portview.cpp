@@ -63,8 +63,8 @@ protected:
         const Tresult result =
             run(QStringList{model, QStringLiteral("--snapshot"), path("out.png")} + options, auditing());
         EXPECT_EQ(result.status, 0);
-        EXPECT_EQ(result.output, QString()) << "state that the port did not record";
-        EXPECT_EQ(result.complaint, QString());
+        EXPECT_EQ(result.output.toStdString(), "") << "state that the port did not record";
+        EXPECT_EQ(result.complaint.toStdString(), "");
         return QImage(path("out.png")).convertToFormat(QImage::Format_RGB32);
     }
 
@@ -125,7 +125,7 @@ TEST_F(Portview, SnapshotSizeIsInDevicePixels)
     const Tresult result = run(
         {QStringLiteral("--snapshot"), path("knot.png"), QStringLiteral("--size"), QStringLiteral("333x222")}, doubled);
     EXPECT_EQ(result.status, 0) << result.complaint.toStdString();
-    EXPECT_EQ(result.output, QString());
+    EXPECT_EQ(result.output.toStdString(), "");
     EXPECT_EQ(QImage(path("knot.png")).size(), QSize(333, 222));
 }
 
@@ -174,8 +174,8 @@ TEST_F(Portview, FailuresAreOneSentenceAndStatus1)
     for (const auto& each : cases) {
         const Tresult result = run(each.arguments, each.environment);
         EXPECT_EQ(result.status, 1) << each.complaint.toStdString();
-        EXPECT_EQ(result.complaint, each.complaint);
-        EXPECT_EQ(result.output, QString());
+        EXPECT_EQ(result.complaint.toStdString(), each.complaint.toStdString());
+        EXPECT_EQ(result.output.toStdString(), "");
     }
     const Tresult help = run({QStringLiteral("--help")}, noDisplay);
     EXPECT_EQ(help.status, 0);

@@ -3,6 +3,7 @@
 #include "Graphics/3dPort/TglLight.h"
 #include "Graphics/3dPort/TviewportRendererChangedMsg.h"
 #include "Graphics/3dPort/TviewportVisibilityChangedMsg.h"
+#include "Graphics/glResources/TglPixels.h"
 #include "QtExtensions/Q3dPort.h"
 #include "QtExtensions/QlirnGLWidget.h"
 #include "QtExtensions/QlirnStackedWidget.h"

@@ -32,12 +32,12 @@ class Tevent;
 class TglBuffer;
 class TglDisplayList;
 class TglLight;
+class TglPixels;
 class TglPolyStipple;
 class Tmetaclass;
 class Tpoint;
 class Tquaternion;
 class Trect;
-class TsharedObject;
 struct T3dPortGeometryStats;
 struct T4dDblPoint;
 struct T4dDblVector;
@@ -924,7 +924,7 @@ private:
     TglDisplayList* fCompiledList = nullptr; ///< being compiled
     bool fUseBackingStore = false;
     bool fBackingSaved = false;
-    TsharedObject* fBackingStore = nullptr; ///< the saved pixels; one counted reference
+    std::unique_ptr<TglPixels> fBackingStore; ///< the saved pixels
     TportRect fSnapShotRect;
     TportRect fUpdateRegion; ///< last painted
     Taction* fDoubleClickCommand = nullptr;

@@ -2,12 +2,10 @@
 
 #include "Graphics/3dPort/T3dPort.h"
 
-#include "foundation/TsharedObject.h"
+#include "Graphics/glResources/TglPixels.h"
 
 void T3dPort::discardBackingStore()
 {
-    if (fBackingStore && fBackingStore->remove() == 0)
-        delete fBackingStore;
-    fBackingStore = nullptr;
+    fBackingStore.reset();
     fBackingSaved = false;
 }

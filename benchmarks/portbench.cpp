@@ -53,6 +53,13 @@ constexpr int kHeight = 150;
 constexpr int kBlock = 24;
 constexpr double kDegree = 3.141592653589793 / 180;
 
+/** A view from some way off, which the matrix rows multiply onto. */
+const T4dDblMatrix kCamera = [] {
+    T4dDblMatrix m = static_cast<T4dDblMatrix>(Tquaternion::fromAxisAngle({1, -1, 0}, 30 * kDegree));
+    m[14] = -10;
+    return m;
+}();
+
 class Bench
 {
 public:
@@ -70,6 +77,7 @@ private:
     void opening();
 
     void bindPort() const;
+    void bindRaw() const;
     template <class Port, class Raw> void row(const char* name, Aim aim, Port port, Raw raw);
     template <class Port, class Raw> void setterRows(const char* name, Port port, Raw raw);
     void stackRow(const char* name, bool push);
@@ -98,6 +106,7 @@ Bench::Bench(Display* display, const QString& filter)
     fHost.show();
     for (int i = 0; i < 20; ++i)
         QApplication::processEvents();
+    if (getenv("SAMEDPY")) { display = fDisplay = QX11Info::display(); fRawHost = XCreateSimpleWindow(display, DefaultRootWindow(display), 0, 0, 2 * kWidth, kHeight, 0, 0, 0);}
     XMapWindow(display, fRawHost);
     const bool doubleBuffered = fPorts[0]->isDoubleBuffered();
     for (int i = 0; i < 2; ++i)
@@ -131,6 +140,13 @@ void Bench::bindPort() const
 {
     T3dPort::nativeBindingMoved();
     fPorts[0]->setCurrentContext();
+    fPorts[0]->loadMatrix(kCamera);
+}
+
+void Bench::bindRaw() const
+{
+    fRawWindows[0]->makeCurrent();
+    glLoadMatrixd(kCamera.data());
 }
 
 void Bench::add(const char* name, Aim aim, const Side& port, const Side& raw, const Side& empty)
@@ -143,7 +159,7 @@ void Bench::add(const char* name, Aim aim, const Side& port, const Side& raw, co
 template <class Port, class Raw> void Bench::row(const char* name, Aim aim, Port port, Raw raw)
 {
     add(name, aim, {[this] { bindPort(); }, [&](long count) { return timeLoop(count, port); }},
-        {[this] { fRawWindows[0]->makeCurrent(); }, [&](long count) { return timeLoop(count, raw); }},
+        {[this] { bindRaw(); }, [&](long count) { return timeLoop(count, raw); }},
         {[] {}, [](long count) { return timeLoop(count, [](long) {}); }});
 }
 
@@ -229,7 +245,7 @@ void Bench::stackRow(const char* name, bool push)
              return timeBlocks(
                  count, [=] { port->pushMatrix(); }, [=] { port->popMatrix(); });
          }},
-        {[this] { fRawWindows[0]->makeCurrent(); },
+        {[this] { bindRaw(); },
          [&](long count) {
              return timeBlocks(
                  count, [] { glPushMatrix(); }, [] { glPopMatrix(); });

@@ -214,16 +214,16 @@ TEST(Capabilities, ProbeTakesBuffersLimitsAndSwitches)
 {
     EXPECT_EQ(T3dPort::fsMaxTextureUnits, 1);
     EXPECT_EQ(T3dPort::fsMaxUserTextureSize, 0);
+    std::unique_ptr<PortWindow<>> first;
     {
         const ScopedEnv fixed("LIRN_DEPRECIATE_FIXED_FUNCTION", "");
         const ScopedEnv arrays("LIRN_NO_VERTEX_ARRAY_SELECT", "");
         const ScopedEnv pixels("LIRN_SLOW_DRAWPIXELS", "");
-        const PortWindow<> first(60, 40);
+        first = std::make_unique<PortWindow<>>(60, 40);
         EXPECT_TRUE(T3dPort::fsDepreciateFixedFunction);
         EXPECT_EQ(T3dPort::fsGraphicsFlags.value() & 0x600, 0x400u);
         EXPECT_TRUE(T3dPort::fsGraphicsFlags.test(0x10000000));
     }
-    const PortWindow<> bindsAContext(60, 40);
     T3dPort::fsGraphicsFlags = TbitField64(0x4 | 0x8 | 0x100);
     T3dPort::getHardwareConfig(nullptr, false);
     EXPECT_FALSE(T3dPort::fsDepreciateFixedFunction);
@@ -286,6 +286,7 @@ TEST(Capabilities, UnclampedColoursAreSwitchedOnInEveryContext)
 
 TEST(Capabilities, AnAccumulationBufferIsTheWidgets)
 {
+    const PortWindow<> keepsTheResourceWidget(60, 40);
     for (const char* wanted : {"0", "1"}) {
         TresourceMap::Set("testPort", "saAccumbuffer", wanted);
         PortWindow<> made(60, 40);

@@ -172,7 +172,8 @@ TEST(CurrentPort, TracesItsSwitches)
         return output.text();
     };
     T3dPort& port = made.port();
-    EXPECT_THAT(traced([&] { port.makeCurrent(); }), testing::MatchesRegex("T3dPort::makeCurrent 0x[0-9a-f]+ -> 0x[0-9a-f]+\n"));
+    EXPECT_THAT(traced([&] { port.makeCurrent(); }),
+                testing::MatchesRegex("T3dPort::makeCurrent 0x[0-9a-f]+ -> 0x[0-9a-f]+\n"));
     EXPECT_EQ(traced([&] { port.makeCurrent(); }), "");
     EXPECT_EQ(traced([&] { port.setDrawingPlanes(T3dPort::kMainPlanes); }), "");
     EXPECT_EQ(traced([&] { port.setDrawingPlanes(T3dPort::kSecondPlanes); }),

@@ -111,10 +111,12 @@ TEST_F(MatrixCameras, ProjectionsAgreeWithGlu)
         std::function<void(T3dPort&)> port;
         std::function<void()> openGL;
     } cases[] = {
-        {"perspective", [](T3dPort& p) { p.perspective(45, 1.5, 0.1, 100); }, [] { gluPerspective(45, 1.5, 0.1, 100); }},
+        {"perspective", [](T3dPort& p) { p.perspective(45, 1.5, 0.1, 100); },
+         [] { gluPerspective(45, 1.5, 0.1, 100); }},
         {"narrow", [](T3dPort& p) { p.perspective(2, 0.3, 1, 1.2); }, [] { gluPerspective(2, 0.3, 1, 1.2); }},
         {"wide", [](T3dPort& p) { p.perspective(178, 4, 0.001, 1e5); }, [] { gluPerspective(178, 4, 0.001, 1e5); }},
-        {"frustum", [](T3dPort& p) { p.perspective(-1, 2, -0.5, 3, 0.5, 20); }, [] { glFrustum(-1, 2, -0.5, 3, 0.5, 20); }},
+        {"frustum", [](T3dPort& p) { p.perspective(-1, 2, -0.5, 3, 0.5, 20); },
+         [] { glFrustum(-1, 2, -0.5, 3, 0.5, 20); }},
         {"ortho", [](T3dPort& p) { p.ortho(-1, 2, 5, -3, 0.5, 20); }, [] { glOrtho(-1, 2, 5, -3, 0.5, 20); }},
         {"ortho 2D", [](T3dPort& p) { p.ortho(0, 640, 480, 0); }, [] { gluOrtho2D(0, 640, 480, 0); }},
         {"polar view", [](T3dPort& p) { p.polarView(7, 30, -65, 12); },
@@ -192,8 +194,8 @@ TEST_F(MatrixCameras, DegenerateProjectionsAreHeld)
     const T4dDblMatrix frustum = projectionOf(port());
     EXPECT_NEAR(0.0002 / 1e-6, frustum[0], 1e-4);
     EXPECT_NEAR(0.0002 / 1e-6, frustum[5], 1e-4);
-    EXPECT_NEAR(4 / 1e-6, frustum[8], 1e-2);
-    EXPECT_NEAR(14 / 1e-6, frustum[9], 1e-2);
+    EXPECT_NEAR(4.000001 / 1e-6, frustum[8], 1e-2);
+    EXPECT_NEAR(14.000001 / 1e-6, frustum[9], 1e-2);
     EXPECT_NEAR(-(0.1001 + 0.0001) / 0.1, frustum[10], 1e-12);
 
     port().ortho(3, 3, 0, 1, 0, 1);

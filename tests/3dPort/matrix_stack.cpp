@@ -29,9 +29,11 @@ T4dDblMatrix marked(double level)
     return m;
 }
 
-/** A stack with the marks 1 to @p depth. */
+/** A stack with the marks 1 to @p depth, and nothing else. */
 void fill(T3dPort& port, int depth)
 {
+    for (int level = 0; level < 16; ++level)
+        port.popMatrix();
     port.loadMatrix(marked(1));
     for (int level = 2; level <= depth; ++level)
         port.pushLoadMatrix(marked(level));
@@ -60,12 +62,12 @@ TEST(MatrixStack, PopsAllThatIsAskedForOrNothing)
         double top; // the mark left on top
     } cases[] = {{1, 1, 1}, {1, 0, 1}, {1, 7, 1}, {2, 1, 1}, {3, 3, 3}, {3, 2, 1},
                  {3, 1, 2}, {3, 0, 3}, {3, 4000000000u, 3}, {9, 8, 1}};
+    PortWindow<> window(20, 20);
+    ASSERT_TRUE(window.show());
+    T3dPort& port = window.port();
     for (const GLenum mode : {GL_PROJECTION, GL_MODELVIEW, GL_MODELVIEW1_EXT}) {
         for (const auto& c : cases) {
             SCOPED_TRACE(testing::Message() << c.depth << " deep, pop " << c.pops << ", mode " << mode);
-            PortWindow<> window(20, 20);
-            ASSERT_TRUE(window.show());
-            T3dPort& port = window.port();
             port.matrixMode(mode);
             fill(port, c.depth);
             validate(port);

@@ -71,13 +71,13 @@ testing::AssertionResult isScene(const QImage& image, const QSize& port)
     return testing::AssertionSuccess();
 }
 
-class PortPixels : public testing::TestWithParam<Buffering>
+class PortOnScreen : public testing::TestWithParam<Buffering>
 {
 };
 
 } // namespace
 
-TEST_P(PortPixels, LandInTheWindowWhereTheyShould)
+TEST_P(PortOnScreen, LandInTheWindowWhereTheyShould)
 {
     PortWindow<> made(120, 80, GetParam());
     T3dPort& port = made.port();
@@ -90,7 +90,8 @@ TEST_P(PortPixels, LandInTheWindowWhereTheyShould)
     for (const QSize size : {QSize(200, 60), QSize(64, 160), QSize(120, 80)}) {
         SCOPED_TRACE(testing::Message() << size.width() << " x " << size.height());
         made.window().resize(size);
-        ASSERT_TRUE(waitUntil([&] { return port.portRect() == TportRect(0, 0, short(size.width()), short(size.height())); }));
+        const TportRect wanted(0, 0, short(size.width()), short(size.height()));
+        ASSERT_TRUE(waitUntil([&] { return port.portRect() == wanted; }));
         EXPECT_TRUE(isScene(shownPixels(port), size)) << "at once";
         settle();
         EXPECT_TRUE(isScene(shownPixels(port), size)) << "at rest";
@@ -98,10 +99,11 @@ TEST_P(PortPixels, LandInTheWindowWhereTheyShould)
     EXPECT_EQ(port.stateDifferences().length(), 0u);
 }
 
-TEST_P(PortPixels, LandInAPixmapWhereTheyShould)
+TEST_P(PortOnScreen, LandInAPixmapWhereTheyShould)
 {
     PortWindow<> made(120, 80, GetParam());
     PortWindow<> other(50, 50);
+    other.window().move(300, 0);
     T3dPort& port = made.port();
     TfunctionAction draw([&](const Tevent&) { drawScene(port); });
     port.setUpdateCommand(&draw);
@@ -129,7 +131,7 @@ TEST_P(PortPixels, LandInAPixmapWhereTheyShould)
     EXPECT_TRUE(isScene(shownPixels(port), QSize(120, 80)));
 }
 
-TEST_P(PortPixels, OfTwoPortsStayApart)
+TEST_P(PortOnScreen, OfTwoPortsStayApart)
 {
     QWidget window;
     window.resize(200, 80);
@@ -159,5 +161,5 @@ TEST_P(PortPixels, OfTwoPortsStayApart)
     EXPECT_EQ(shownPixels(right).pixel(50, 40), kCorner);
 }
 
-INSTANTIATE_TEST_SUITE_P(Buffers, PortPixels, testing::Values(Buffering::kSingle, Buffering::kDouble),
+INSTANTIATE_TEST_SUITE_P(Buffers, PortOnScreen, testing::Values(Buffering::kSingle, Buffering::kDouble),
                          [](const auto& info) { return info.param == Buffering::kSingle ? "Single" : "Double"; });

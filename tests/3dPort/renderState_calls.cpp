@@ -265,10 +265,10 @@ TEST_F(RenderState, FogSourceNeedsFogCoordinates)
     expectCalls({
         {[](T3dPort& p) { p.setFogSource(TglContext::kFragmentDepth); }, {}},
         {[](T3dPort& p) { p.setFogSource(TglContext::kFogCoordinate); },
-         {"glFogi(GL_FOG_COORD_SRC, GL_FOG_COORD)"}},
+         {"glFogi(GL_FOG_COORDINATE_SOURCE, GL_FOG_COORDINATE)"}},
         {[](T3dPort& p) { p.setFogSource(TglContext::kFogCoordinate); }, {}},
         {[](T3dPort& p) { p.setFogSource(TglContext::kFragmentDepth); },
-         {"glFogi(GL_FOG_COORD_SRC, GL_FRAGMENT_DEPTH)"}},
+         {"glFogi(GL_FOG_COORDINATE_SOURCE, GL_FRAGMENT_DEPTH)"}},
     });
     T3dPort::fsGraphicsFlags.clear(T3dPort::kHasFogCoord);
     EXPECT_EQ(Calls(), callsOf(port(), [](T3dPort& p) { p.setFogSource(TglContext::kFogCoordinate); }));
@@ -309,10 +309,12 @@ TEST_F(RenderState, AccumulationNeedsABuffer)
     PortWindow<> accumulating(20, 20);
     ASSERT_TRUE(accumulating.show());
     accumulating.port().setCurrentContext();
-    EXPECT_EQ(Calls({"glClearAccum(1, 0, 0.5, 0)", "glAccum(GL_LOAD, 0.5)"}), callsOf(accumulating.port(), [](T3dPort& p) {
-                  p.clearAccum(1, 0, 0.5f, 0);
-                  EXPECT_TRUE(p.accum(T3dPort::kAccumLoad, 0.5f));
-              }));
+    const Operation accumulate = [](T3dPort& p) {
+        p.clearAccum(1, 0, 0.5f, 0);
+        EXPECT_TRUE(p.accum(T3dPort::kAccumLoad, 0.5f));
+    };
+    EXPECT_EQ(Calls({"glClearAccum(1, 0, 0.5, 0)", "glAccum(GL_LOAD, 0.5)"}),
+              callsOf(accumulating.port(), accumulate));
 }
 
 // Each of these would switch the context if it did anything.

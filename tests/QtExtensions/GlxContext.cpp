@@ -22,6 +22,15 @@ namespace {
 using ::testing::ElementsAre;
 using ::testing::HasSubstr;
 
+std::string differences(const T3dPort& port)
+{
+    std::string text;
+    const TstringArray lines = port.stateDifferences();
+    for (unsigned i = 0; i < lines.length(); ++i)
+        text += std::string(lines[i].asChar()) + "\n";
+    return text;
+}
+
 QGLFormat emptyFormat()
 {
     QGLFormat format;
@@ -120,6 +129,8 @@ TEST(GlxVisual, EachFailedSearchDropsTheNextRequirement)
     GlRecorder recorder;
     for (int failures = 0; failures <= 6; ++failures) {
         QGLFormat format = fullFormat();
+        format.setDepthBufferSize(24);
+        format.setSampleBuffers(false); // the display has them with few of the others
         recorder.start();
         GlRecorder::failNext("glXChooseVisual", failures);
         XVisualInfo* visual = QlirnGLContextLinux::chooseVisual(display, QX11Info::appScreen(), format);
@@ -134,7 +145,6 @@ TEST(GlxVisual, EachFailedSearchDropsTheNextRequirement)
         for (int i = 0; i < 6; ++i)
             EXPECT_EQ(format.testOption(order[i]), i >= dropped) << "option " << i << " after " << failures;
         EXPECT_TRUE(format.testOption(QGL::Rgba));
-        EXPECT_TRUE(format.testOption(QGL::SampleBuffers));
     }
 
     QGLFormat format = fullFormat();
@@ -144,7 +154,7 @@ TEST(GlxVisual, EachFailedSearchDropsTheNextRequirement)
     recorder.stop();
     EXPECT_EQ(recorder.count("glXChooseVisual"), 7);
     EXPECT_THAT(recorder.calls().back(), HasSubstr("GLX_RGBA"));
-    EXPECT_THAT(recorder.calls().back(), HasSubstr("GLX_SAMPLES"));
+    EXPECT_THAT(recorder.calls().back(), HasSubstr("100001=4")) << "the samples, by number";
     EXPECT_FALSE(QlirnGLContext::reduceQGLFormatRequirement(format));
 }
 
@@ -178,7 +188,7 @@ TEST(GlxVisual, NoneAtAllGivesAQuietPortWithoutContext)
         settle();
         port.doPress(Tevent(Tevent::kPress));
         port.renderToPixmap(10, 10);
-        EXPECT_EQ(port.stateDifferences().length(), 0u);
+        EXPECT_EQ(differences(port), "");
     }
     settle();
     EXPECT_EQ(out.text(), "");
@@ -201,7 +211,7 @@ TEST(GlxContext, ObtainedFormatIsTheDrivers)
         {"alpha and stencil", [](QGLFormat& f) { f.setAlphaBufferSize(8), f.setStencilBufferSize(8); }},
         {"no depth", [](QGLFormat& f) { f.setDepth(false), f.setStencil(false), f.setAlpha(false); }},
         {"deep", [](QGLFormat& f) { f.setDepthBufferSize(32); }},
-        {"accumulation", [](QGLFormat& f) { f.setAccumBufferSize(8), f.setAlpha(true); }},
+        {"accumulation", [](QGLFormat& f) { f.setAccumBufferSize(8), f.setDepthBufferSize(24); }},
         {"samples", [](QGLFormat& f) { f.setSamples(4); }},
         {"stereo, which is not to be had", [](QGLFormat& f) { f.setStereo(true); }},
     };
@@ -231,12 +241,9 @@ TEST(GlxContext, ObtainedFormatIsTheDrivers)
         EXPECT_EQ(got.sampleBuffers() ? got.samples() : 0, driver(GL_SAMPLES));
         EXPECT_EQ(got.directRendering(), glXIsDirect(QX11Info::display(), glXGetCurrentContext()) != 0);
         EXPECT_EQ(got.plane(), 0);
-        if (wanted.doubleBuffer())
-            EXPECT_TRUE(got.doubleBuffer());
-        if (wanted.accum())
-            EXPECT_TRUE(got.accum());
-        if (wanted.sampleBuffers())
-            EXPECT_TRUE(got.sampleBuffers());
+        EXPECT_TRUE(got.doubleBuffer() || !wanted.doubleBuffer());
+        EXPECT_TRUE(got.accum() || !wanted.accum());
+        EXPECT_TRUE(got.sampleBuffers() || !wanted.sampleBuffers());
     }
 }
 
@@ -295,11 +302,14 @@ TEST(GlxContext, StateSetWhileHiddenIsSentWhenItComesBack)
     port.glWidget()->show();
     settle();
     port.setCurrentContext();
-    EXPECT_EQ(port.stateDifferences().length(), 0u) << port.stateDifferences()[0].asChar();
+    EXPECT_EQ(differences(port), "");
 }
 
 TEST(GlxContext, SharedContextComesAndGoes)
 {
+    // GLX binds the resource context to windows of its visual only.
+    TresourceMap::Set("testPort", "saAlphabuffer", "1");
+    TresourceMap::Set("testPort", "saStencilbuffer", "1");
     PortWindow<> window(80, 60, Buffering::kDouble);
     ASSERT_TRUE(window.show());
     T3dPort& port = window.port();
@@ -316,13 +326,13 @@ TEST(GlxContext, SharedContextComesAndGoes)
     EXPECT_FALSE(const_cast<QlirnGLContext*>(widget->glContext())->useSharedContext(true)) << "no change";
     EXPECT_EQ(glXGetCurrentContext(), resource);
     EXPECT_EQ(glXGetCurrentDrawable(), widget->glWindow());
-    EXPECT_EQ(port.stateDifferences().length(), 0u);
+    EXPECT_EQ(differences(port), "");
 
     port.lineWidth(2);
     widget->useSharedContext(false);
     EXPECT_FALSE(widget->isSharedContext());
     EXPECT_EQ(glXGetCurrentContext(), own);
-    EXPECT_EQ(port.stateDifferences().length(), 0u);
+    EXPECT_EQ(differences(port), "");
 }
 
 struct VersionRow
@@ -404,7 +414,7 @@ TEST(BestGLVersion, ProbeLeavesNothingBehind)
     EXPECT_EQ(glXGetCurrentContext(), context);
     EXPECT_EQ(glXGetCurrentDrawable(), drawable);
     port.pointSize(5);
-    EXPECT_EQ(port.stateDifferences().length(), 0u);
+    EXPECT_EQ(differences(port), "");
 }
 
 } // namespace

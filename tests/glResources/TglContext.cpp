@@ -1,3 +1,5 @@
+#include <QGLWidget>
+
 #include "support/GlRecorder.h"
 #include "support/PortWindow.h"
 
@@ -104,17 +106,15 @@ TEST(GlContext, KeepsOrderOfFields)
 {
     const TglContext c(2, false);
     const void* const fields[] = {
-        &c.fColor, &c.fClearColor, &c.fColorIndex, &c.fHardwareIndex, &c.fBlending, &c.fReservedFlag1,
-        &c.fReservedFlag2, &c.fReserved1, &c.fLineWidth, &c.fDirtyBits, &c.fValidBits, &c.fIndexBufferCount,
-        &c.fScissorX, &c.fScissorY, &c.fScissorWidth, &c.fScissorHeight, &c.fDepthFunc, &c.fDepthMask,
-        &c.fColorMaskRed, &c.fColorMaskGreen, &c.fColorMaskBlue, &c.fColorMaskAlpha, &c.fReserved2, &c.fReserved3,
-        &c.fLineStipple, &c.fIndexBuffer, &c.fIndexWriteMask, &c.fLightModelAmbient, &c.fLocalViewer,
-        &c.fReservedFlag3, &c.fShadeModel, &c.fMaterialAmbient, &c.fMaterialDiffuse, &c.fMaterialSpecular,
-        &c.fMaterialEmission, &c.fMaterialShininess, &c.fBlendSource, &c.fBlendDestination, &c.fTextureEnv,
-        &c.fTextureWrap, &c.fTextureMinFilter, &c.fTextureMagFilter, &c.fTextureGenMode, &c.fTextureTarget,
-        &c.fTextureUnit, &c.fCombineParam, &c.fCombine, &c.fSourceParam, &c.fSource, &c.fOperandParam, &c.fOperand,
-        &c.fScaleParam, &c.fScale, &c.fBlendEquation, &c.fBuffer, &c.fPointSize, &c.fRedBits, &c.fGreenBits,
-        &c.fBlueBits, &c.fAlphaBits, &c.fStencilBits};
+        &c.fColor, &c.fClearColor, &c.fColorIndex, &c.fHardwareIndex, &c.fBlending, &c.fLineWidth, &c.fDirtyBits,
+        &c.fValidBits, &c.fIndexBufferCount, &c.fScissorX, &c.fScissorY, &c.fScissorWidth, &c.fScissorHeight,
+        &c.fDepthFunc, &c.fDepthMask, &c.fColorMaskRed, &c.fColorMaskGreen, &c.fColorMaskBlue, &c.fColorMaskAlpha,
+        &c.fLineStipple, &c.fIndexBuffer, &c.fIndexWriteMask, &c.fLightModelAmbient, &c.fLocalViewer, &c.fShadeModel,
+        &c.fMaterialAmbient, &c.fMaterialDiffuse, &c.fMaterialSpecular, &c.fMaterialEmission, &c.fMaterialShininess,
+        &c.fBlendSource, &c.fBlendDestination, &c.fTextureEnv, &c.fTextureWrap, &c.fTextureMinFilter,
+        &c.fTextureMagFilter, &c.fTextureGenMode, &c.fTextureTarget, &c.fTextureUnit, &c.fCombineParam, &c.fCombine,
+        &c.fSourceParam, &c.fSource, &c.fOperandParam, &c.fOperand, &c.fScaleParam, &c.fScale, &c.fBlendEquation,
+        &c.fBuffer, &c.fPointSize, &c.fRedBits, &c.fGreenBits, &c.fBlueBits, &c.fAlphaBits, &c.fStencilBits};
     for (std::size_t i = 1; i < std::size(fields); ++i)
         EXPECT_LT(fields[i - 1], fields[i]) << "field " << i;
 }

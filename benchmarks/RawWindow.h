@@ -18,7 +18,12 @@ public:
     RawWindow(const RawWindow&) = delete;
     RawWindow& operator=(const RawWindow&) = delete;
 
-    bool isValid() const { return fContext != nullptr; }
+    /** Binds it to find out. */
+    bool isBindable() const
+    {
+        makeCurrent();
+        return fContext && glXGetCurrentContext() == fContext;
+    }
     GLXContext context() const { return fContext; }
     void makeCurrent() const { glXMakeCurrent(fDisplay, fWindow, fContext); }
 

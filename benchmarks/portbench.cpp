@@ -68,6 +68,7 @@ public:
 
     bool isValid() const;
     void run();
+    void print() const;
     const std::vector<Row>& rows() const { return fRows; }
 
 private:
@@ -106,7 +107,6 @@ Bench::Bench(Display* display, const QString& filter)
     fHost.show();
     for (int i = 0; i < 20; ++i)
         QApplication::processEvents();
-    if (getenv("SAMEDPY")) { display = fDisplay = QX11Info::display(); fRawHost = XCreateSimpleWindow(display, DefaultRootWindow(display), 0, 0, 2 * kWidth, kHeight, 0, 0, 0);}
     XMapWindow(display, fRawHost);
     const bool doubleBuffered = fPorts[0]->isDoubleBuffered();
     for (int i = 0; i < 2; ++i)
@@ -125,7 +125,8 @@ Bench::~Bench()
 
 bool Bench::isValid() const
 {
-    return fPorts[0]->qControl() && fPorts[1]->qControl() && fRawWindows[0]->isValid() && fRawWindows[1]->isValid();
+    return fPorts[0]->qControl() && fPorts[1]->qControl() && fRawWindows[0]->isBindable() &&
+           fRawWindows[1]->isBindable();
 }
 
 void Bench::run()
@@ -271,7 +272,7 @@ void Bench::matrices()
     row(
         "multMatrix", kMatrix, [=](long) { port->multMatrix(turn); }, [=](long) { glMultMatrixd(turn.data()); });
     row(
-        "rotate, quaternion", kMatrix, [=](long) { port->rotate(Tquaternion::fromAxisAngle(axis, kDegree)); },
+        "rotate, about an axis", kMatrix, [=](long) { port->rotate(Tquaternion::fromAxisAngle(axis, kDegree)); },
         [=](long) { glRotated(1, axis.x, axis.y, axis.z); });
     row(
         "rotate, one angle", kMatrix, [=](long) { port->rotate(0, 0, kDegree); }, [](long) { glRotated(1, 0, 0, 1); });
@@ -306,14 +307,15 @@ void Bench::opening()
         });
 }
 
-void print(const std::vector<Row>& rows)
+void Bench::print() const
 {
+    bindRaw();
     double load = 0;
     getloadavg(&load, 1);
     std::printf("%s, %s; load %.2f\n\n", reinterpret_cast<const char*>(glGetString(GL_RENDERER)),
                 reinterpret_cast<const char*>(glGetString(GL_VERSION)), load);
     std::printf("%-36s %12s %12s %8s  %-12s\n", "", "port [ns]", "raw GL [ns]", "ratio", "aim");
-    for (const Row& row : rows) {
+    for (const Row& row : fRows) {
         const QString aim = QString(row.fAim.fKind == Aim::kRatio ? "ratio %1" : "%1 ns").arg(row.fAim.fLimit);
         std::printf("%-36s %12.2f %12.2f %8.2f  %-12s %s\n", qPrintable(row.fName), row.fPort, row.fRaw, row.ratio(),
                     qPrintable(aim), row.isMet() ? "met" : "MISSED");
@@ -362,7 +364,7 @@ int main(int argc, char** argv)
         Bench bench(display, parser.value("filter"));
         if (bench.isValid()) {
             bench.run();
-            print(bench.rows());
+            bench.print();
             if (parser.isSet("json") && !writeJson(bench.rows(), parser.value("json")))
                 status = 1;
         } else {

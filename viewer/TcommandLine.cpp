@@ -36,16 +36,23 @@ TcommandLine TcommandLine::parse(const QStringList& arguments)
     const QCommandLineOption version = parser.addVersionOption();
     const QCommandLineOption snapshot(QStringLiteral("snapshot"), QStringLiteral("Write a picture and exit."),
                                       QStringLiteral("OUT.png"));
+    const QCommandLineOption gallery(QStringLiteral("gallery"),
+                                     QStringLiteral("Write a picture of everything that a port draws, and exit."),
+                                     QStringLiteral("DIR"));
     const QCommandLineOption size(QStringLiteral("size"),
                                   QStringLiteral("Size of the view area in device pixels, %1 to %2 each way (960x720).")
                                       .arg(kMinSide)
                                       .arg(kMaxSide),
                                   QStringLiteral("WxH"));
-    const QCommandLineOption shading(QStringLiteral("shading"), QStringLiteral("Start with this shading (flat)."),
-                                     QStringLiteral("wire|flat"));
+    const QCommandLineOption shading(QStringLiteral("shading"), QStringLiteral("Start with this shading (smooth)."),
+                                     QStringLiteral("wire|flat|smooth"));
+    const QCommandLineOption ghosted(QStringLiteral("ghosted"), QStringLiteral("Start with every other pixel drawn."));
+    const QCommandLineOption xray(QStringLiteral("xray"), QStringLiteral("Start with a model of glass."));
+    const QCommandLineOption edges(QStringLiteral("edges"), QStringLiteral("Start with edges over the shading."));
+    const QCommandLineOption lamp(QStringLiteral("lamp"), QStringLiteral("Start with the lamp in the picture."));
     const QCommandLineOption views(QStringLiteral("views"), QStringLiteral("Start with one view or four (one)."),
                                    QStringLiteral("one|four"));
-    parser.addOptions({snapshot, size, shading, views});
+    parser.addOptions({snapshot, gallery, size, shading, ghosted, xray, edges, lamp, views});
     for (const char* name : {"platform", "display", "style"}) {
         QCommandLineOption option(QString::fromLatin1(name), QString(), QStringLiteral("name"));
         option.setFlags(QCommandLineOption::HiddenFromHelp);
@@ -83,6 +90,12 @@ TcommandLine TcommandLine::parse(const QStringList& arguments)
     if (parser.isSet(snapshot) && line.fSnapshot.isEmpty())
         return failed(QStringLiteral("--snapshot needs the name of a file."));
 
+    line.fGallery = parser.value(gallery);
+    if (parser.isSet(gallery) && line.fGallery.isEmpty())
+        return failed(QStringLiteral("--gallery needs the name of a folder."));
+    if (parser.isSet(gallery) && (parser.isSet(snapshot) || !models.isEmpty()))
+        return failed(QStringLiteral("--gallery draws scenes of its own, without a model and --snapshot."));
+
     if (parser.isSet(size)) {
         line.fSize = parsedSize(parser.value(size));
         if (line.fSize.isEmpty()) {
@@ -93,11 +106,17 @@ TcommandLine TcommandLine::parse(const QStringList& arguments)
         }
     }
 
-    const QString wantedShading = parser.isSet(shading) ? parser.value(shading) : QStringLiteral("flat");
+    const QString wantedShading = parser.isSet(shading) ? parser.value(shading) : QStringLiteral("smooth");
     if (wantedShading == QLatin1String("wire"))
-        line.fShading = TviewScene::kWire;
-    else if (wantedShading != QLatin1String("flat"))
-        return failed(QStringLiteral("--shading takes wire or flat, not \"%1\".").arg(wantedShading));
+        line.fStyle.fShading = TviewScene::kWire;
+    else if (wantedShading == QLatin1String("flat"))
+        line.fStyle.fShading = TviewScene::kFlat;
+    else if (wantedShading != QLatin1String("smooth"))
+        return failed(QStringLiteral("--shading takes wire, flat or smooth, not \"%1\".").arg(wantedShading));
+    line.fStyle.fGhosted = parser.isSet(ghosted);
+    line.fStyle.fXray = parser.isSet(xray);
+    line.fStyle.fEdges = parser.isSet(edges);
+    line.fStyle.fLamp = parser.isSet(lamp);
 
     const QString wantedViews = parser.isSet(views) ? parser.value(views) : QStringLiteral("one");
     if (wantedViews == QLatin1String("four"))

@@ -24,8 +24,9 @@ struct TcommandLine
     QString fText;
     QString fModel;    ///< empty for the built-in scene
     QString fSnapshot; ///< the picture to write; empty for a window
+    QString fGallery;  ///< the folder to fill with pictures; empty for a window
     QSize fSize{960, 720};
-    TviewScene::Tshading fShading = TviewScene::kFlat;
+    TviewScene::Tstyle fStyle;
     bool fFourViews = false;
     QString fPlatform; ///< Qt's -platform
     QString fDisplay;  ///< Qt's -display

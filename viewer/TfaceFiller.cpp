@@ -7,25 +7,30 @@
 
 namespace {
 
-using Tcoordinates = std::array<double, 3>;
+struct Tpoint
+{
+    std::array<double, 3> fAt;
+    std::uint32_t fIndex;
+};
 
 struct Toutput
 {
-    std::vector<T4dDblVector>& fTriangles;
-    std::deque<Tcoordinates> fPoints; // the tessellator keeps pointers to them
+    std::vector<T4dDblVector>& fPolygon;
+    std::vector<std::uint32_t>& fTriangles;
+    std::deque<Tpoint> fPoints; // the tessellator keeps pointers to them
 };
 
 void GLAPIENTRY onVertex(void* vertex, void* output)
 {
-    const auto& p = *static_cast<const Tcoordinates*>(vertex);
-    static_cast<Toutput*>(output)->fTriangles.emplace_back(p[0], p[1], p[2]);
+    static_cast<Toutput*>(output)->fTriangles.push_back(static_cast<const Tpoint*>(vertex)->fIndex);
 }
 
 void GLAPIENTRY onCombine(GLdouble at[3], void* [4], GLfloat[4], void** made, void* output)
 {
-    auto& points = static_cast<Toutput*>(output)->fPoints;
-    points.push_back({at[0], at[1], at[2]});
-    *made = &points.back();
+    auto& out = *static_cast<Toutput*>(output);
+    out.fPoints.push_back({{at[0], at[1], at[2]}, static_cast<std::uint32_t>(out.fPolygon.size())});
+    out.fPolygon.emplace_back(at[0], at[1], at[2]);
+    *made = &out.fPoints.back();
 }
 
 // Registered, it keeps the tessellator from making fans and strips.
@@ -66,29 +71,30 @@ T4dDblVector TfaceFiller::areaNormal(const std::vector<T4dDblVector>& polygon)
     return sum;
 }
 
-void TfaceFiller::fill(const std::vector<T4dDblVector>& polygon, std::vector<T4dDblVector>& triangles)
+void TfaceFiller::fill(std::vector<T4dDblVector>& polygon, std::vector<std::uint32_t>& triangles)
 {
     const T4dDblVector normal = areaNormal(polygon);
     if (polygon.size() < 3 || !(normal.lengthSquared() > 0))
         return;
     if (polygon.size() == 3) {
-        triangles.insert(triangles.end(), polygon.begin(), polygon.end());
+        triangles.insert(triangles.end(), {0, 1, 2});
         return;
     }
     if (isConvexQuad(polygon, normal)) {
-        for (const int corner : {0, 1, 2, 0, 2, 3})
-            triangles.push_back(polygon[static_cast<std::size_t>(corner)]);
+        triangles.insert(triangles.end(), {0, 1, 2, 0, 2, 3});
         return;
     }
 
     const std::size_t before = triangles.size();
-    Toutput output{triangles, {}};
+    const std::size_t corners = polygon.size();
+    Toutput output{polygon, triangles, {}};
     gluTessNormal(fTess, normal.x, normal.y, normal.z);
     gluTessBeginPolygon(fTess, &output);
     gluTessBeginContour(fTess);
-    for (const T4dDblVector& p : polygon) {
-        output.fPoints.push_back({p.x, p.y, p.z});
-        gluTessVertex(fTess, output.fPoints.back().data(), &output.fPoints.back());
+    for (std::size_t i = 0; i < corners; ++i) {
+        const T4dDblVector& p = polygon[i];
+        output.fPoints.push_back({{p.x, p.y, p.z}, static_cast<std::uint32_t>(i)});
+        gluTessVertex(fTess, output.fPoints.back().fAt.data(), &output.fPoints.back());
     }
     gluTessEndContour(fTess);
     gluTessEndPolygon(fTess);

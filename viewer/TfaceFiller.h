@@ -2,7 +2,7 @@
 
 #include "foundation/T4dDblVector.h"
 
-#include <memory>
+#include <cstdint>
 #include <vector>
 
 class GLUtesselator;
@@ -17,8 +17,11 @@ public:
     TfaceFiller(const TfaceFiller&) = delete;
     TfaceFiller& operator=(const TfaceFiller&) = delete;
 
-    /** Appends the triangles of the polygon, three points each; none for a polygon without area. */
-    void fill(const std::vector<T4dDblVector>& polygon, std::vector<T4dDblVector>& triangles);
+    /**
+     * Appends the triangles of the polygon, three indices of its points each; none for a polygon without area. Where
+     * its edges cross, points are added to the polygon.
+     */
+    void fill(std::vector<T4dDblVector>& polygon, std::vector<std::uint32_t>& triangles);
 
     /** The normal of a polygon by Newell's method, of twice its area's length. */
     static T4dDblVector areaNormal(const std::vector<T4dDblVector>& polygon);

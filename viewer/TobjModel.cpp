@@ -1,5 +1,6 @@
 #include "TobjModel.h"
 
+#include "TcornerNormals.h"
 #include "TfaceFiller.h"
 #include "foundation/Tangle.h"
 
@@ -25,6 +26,7 @@ constexpr double kSmallestExtent = 1e-100;
 constexpr std::size_t kMostDigits = 9; // of an index: what certainly fits an int
 constexpr std::size_t kMostCorners = 500000000;
 constexpr int kPercentRead = 75;
+constexpr std::uint32_t kNoNormal = 0xFFFFFFFF;
 constexpr char kBlanks[] = " \t\r\f\v";
 
 /** Held within what a float can take: a vertex that no face uses may be anywhere. */
@@ -173,6 +175,13 @@ struct TmeshReader
         static_cast<TmeshReader*>(self)->addVertex({x, y, z});
     }
 
+    static void onNormal(void* self, double x, double y, double z)
+    {
+        auto& normals = static_cast<TmeshReader*>(self)->fMesh.fNormals;
+        if (normals.size() < kMostCorners)
+            normals.emplace_back(x, y, z);
+    }
+
     static void onFace(void* self, tinyobj::index_t* corners, int count)
     {
         static_cast<TmeshReader*>(self)->addFace(corners, count);
@@ -207,8 +216,15 @@ struct TmeshReader
                 fHighestLine = fLines.line();
             }
             fMesh.fCorners.push_back(static_cast<std::uint32_t>(index - 1));
+            fMesh.fCornerNormals.push_back(normalIndex(corners[i].normal_index));
         }
         fMesh.fFaceEnds.push_back(static_cast<std::uint32_t>(fMesh.fCorners.size()));
+    }
+
+    std::uint32_t normalIndex(long long given) const
+    {
+        const long long index = given < 0 ? static_cast<long long>(fMesh.fNormals.size()) + given : given - 1;
+        return index < 0 ? kNoNormal : static_cast<std::uint32_t>(index);
     }
 };
 
@@ -218,6 +234,7 @@ bool readMesh(std::istream& file, std::uintmax_t size, TloadProgress& progress, 
     TmeshReader reader{lines, {}};
     tinyobj::callback_t callbacks;
     callbacks.vertex_cb = &TmeshReader::onVertex;
+    callbacks.normal_cb = &TmeshReader::onNormal;
     callbacks.index_cb = &TmeshReader::onFace;
     std::istream in(&lines);
     tinyobj::LoadObjWithCallback(in, callbacks, &reader, nullptr, nullptr, nullptr);
@@ -337,24 +354,42 @@ void TobjModel::measure(const Tmesh& mesh)
 
 void TobjModel::buildTriangles(const Tmesh& mesh)
 {
-    TfaceFiller filler;
     std::vector<T4dDblVector> polygon;
-    std::vector<T4dDblVector> points;
-    std::size_t corner = 0;
-    for (const std::uint32_t end : mesh.fFaceEnds) {
+    const auto takePolygon = [&](std::size_t from, std::size_t to) {
         polygon.clear();
-        points.clear();
-        for (; corner < end; ++corner)
+        for (std::size_t corner = from; corner < to; ++corner)
             polygon.push_back((mesh.fPoints[mesh.fCorners[corner]] - fCentre) * fScale);
-        const T4dDblVector area = TfaceFiller::areaNormal(polygon);
-        const double length = area.length();
-        if (!(length > 0))
-            continue;
-        const T4dDblVector n = area * (1 / length);
-        filler.fill(polygon, points);
-        for (const T4dDblVector& p : points)
-            fTriangles.push_back(
-                {{toFloat(n.x), toFloat(n.y), toFloat(n.z)}, {toFloat(p.x), toFloat(p.y), toFloat(p.z)}});
+    };
+    std::vector<T4dDblVector> areas;
+    areas.reserve(mesh.fFaceEnds.size());
+    std::size_t start = 0;
+    for (const std::uint32_t end : mesh.fFaceEnds) {
+        takePolygon(start, end);
+        areas.push_back(TfaceFiller::areaNormal(polygon));
+        start = end;
+    }
+
+    const std::vector<T4dDblVector> smooth = cornerNormals(mesh, areas);
+    TfaceFiller filler;
+    std::vector<std::uint32_t> indices;
+    start = 0;
+    for (std::size_t face = 0; face < areas.size(); ++face) {
+        const std::size_t end = mesh.fFaceEnds[face];
+        const double length = areas[face].length();
+        if (length > 0) {
+            const T4dDblVector n = areas[face] * (1 / length);
+            takePolygon(start, end);
+            indices.clear();
+            filler.fill(polygon, indices);
+            for (const std::uint32_t i : indices) {
+                const T4dDblVector& p = polygon[i];
+                const T4dDblVector& s = start + i < end ? smooth[start + i] : n;
+                fTriangles.push_back(
+                    {{toFloat(n.x), toFloat(n.y), toFloat(n.z)}, {toFloat(p.x), toFloat(p.y), toFloat(p.z)}});
+                fSmoothNormals.push_back({{toFloat(s.x), toFloat(s.y), toFloat(s.z)}});
+            }
+        }
+        start = end;
     }
 }
 

@@ -30,6 +30,9 @@ public:
         std::vector<T4dDblVector> fPoints;
         std::vector<std::uint32_t> fCorners;
         std::vector<std::uint32_t> fFaceEnds;
+        std::vector<T4dDblVector> fNormals;
+        /** Empty, or an index into fNormals for each corner; one that is too large stands for none. */
+        std::vector<std::uint32_t> fCornerNormals;
     };
 
     /** A corner of a triangle as glInterleavedArrays takes it with GL_N3F_V3F. */
@@ -44,8 +47,13 @@ public:
         float fPosition[3];
     };
 
+    struct Tnormal
+    {
+        float fNormal[3];
+    };
+
     /**
-     * Reads an OBJ file: vertices and faces, everything else is left out.
+     * Reads an OBJ file: vertices, faces and their normals, everything else is left out.
      * @param error  set to the reason, without a full stop, when null is returned: a file that can't be read, has no
      *               faces, an index of no vertex, a face of fewer than three corners, or a coordinate that is no number
      */
@@ -69,6 +77,8 @@ public:
 
     /** Three per triangle, in scene space, with the normals of the faces. */
     const std::vector<TfillVertex>& triangles() const { return fTriangles; }
+    /** The normals of smooth shading, one per corner of triangles(). */
+    const std::vector<Tnormal>& smoothNormals() const { return fSmoothNormals; }
     /** The vertices in scene space. */
     const std::vector<Tposition>& positions() const { return fPositions; }
     /** Two vertex indices per edge of a face, each edge once. */
@@ -86,5 +96,6 @@ private:
     double fScale = 1;
     std::vector<Tposition> fPositions;
     std::vector<TfillVertex> fTriangles;
+    std::vector<Tnormal> fSmoothNormals;
     std::vector<std::uint32_t> fEdges;
 };

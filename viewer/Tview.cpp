@@ -5,6 +5,7 @@
 #include "foundation/Tangle.h"
 #include "foundation/Tevent.h"
 #include "foundation/TresourceMap.h"
+#include "pictures.h"
 #include "ui/TUIInventory.h"
 
 #include <QFontMetrics>
@@ -75,6 +76,8 @@ Tview::Tview(QWidget* parent, TviewCamera::Tprojection projection, TviewScene& s
       }),
       fPort(makePort(parent, nameOf(projection)))
 {
+    fPort->fGeometryStats = &fStatistics;
+    fPort->enableGeometryStats(true);
     fPort->setUpdateCommand(&fDraw);
     fPort->setPressCommand(&fPress);
     // The second press of a double click comes as this.
@@ -115,16 +118,12 @@ void Tview::update()
 
 QImage Tview::picture(const QSize& size)
 {
-    // The first paint takes the widget's size; it has to be over.
-    if (fPort->portFlags().test(T3dPort::kPortFirstPaintPending)) {
-        const bool framePending = fFramePending;
+    // A port's first paint comes before the picture, at a size of its own. The request to frame is for the picture.
+    const bool framePending = fFramePending;
+    if (fPort->portFlags().test(T3dPort::kPortFirstPaintPending))
         fPort->renderToPixmap(1, 1);
-        fFramePending = framePending;
-    }
-    fPort->pushPortRect(TportRect(0, 0, static_cast<short>(size.width()), static_cast<short>(size.height())));
-    const QImage image = fPort->renderToPixmap(size.width(), size.height()).toImage();
-    fPort->popPortRect();
-    return image;
+    fFramePending = framePending;
+    return drawnPicture(*fPort, size);
 }
 
 void Tview::draw()
@@ -133,8 +132,12 @@ void Tview::draw()
         fFramePending = false;
         fCamera.frame(fScene.lower(), fScene.upper(), aspect());
     }
+    fPort->resetGeometryStats();
+    fStatistics.fTmeshes = 0;
     fScene.draw(*fPort, fCamera, fStyle, fLabel, pixelRatio());
     fPort->swapBuffers();
+    if (fDrawnHook)
+        fDrawnHook();
 }
 
 bool Tview::press(const Tevent& event)

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "Graphics/3dPort/T3dPortGeometryStats.h"
 #include "TviewCamera.h"
 #include "TviewScene.h"
 #include "foundation/Taction.h"
@@ -30,6 +31,11 @@ public:
     /** Called with true when the pointer comes in, with false when it leaves. */
     void setPointerHook(std::function<void(bool inside)> hook) { fPointerHook = std::move(hook); }
 
+    /** Called after each drawing. */
+    void setDrawnHook(std::function<void()> hook) { fDrawnHook = std::move(hook); }
+    /** What the last drawing drew of the model. */
+    const T3dPortGeometryStats& statistics() const { return fStatistics; }
+
     /** Writes the view's name into its corner, or not. */
     void setLabelled(bool labelled);
     /** Lets the camera see the whole scene, with the next drawing: only then the shape of the picture is known. */
@@ -54,10 +60,12 @@ private:
     int fLastX = 0;
     int fLastY = 0;
     std::function<void(bool)> fPointerHook;
+    std::function<void()> fDrawnHook;
+    T3dPortGeometryStats fStatistics;
     TfunctionAction fDraw;
     TfunctionAction fPress;
     TfunctionAction fDrag;
     TfunctionAction fEnter;
     TfunctionAction fExit;
-    std::unique_ptr<T3dPort> fPort; ///< after the commands, which it refers to
+    std::unique_ptr<T3dPort> fPort; ///< after the commands and statistics, which it refers to
 };

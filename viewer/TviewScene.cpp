@@ -3,11 +3,13 @@
 #include "TviewScene.h"
 
 #include "Graphics/3dPort/T3dPort.h"
+#include "Graphics/glResources/TglPolyStipple.h"
+#include "TsavedState.h"
+#include "TsceneGizmos.h"
 
 #include <GL/glext.h>
 
 #include <algorithm>
-#include <array>
 #include <cmath>
 
 namespace {
@@ -17,38 +19,19 @@ constexpr TportColor kBottomColour{0.149f, 0.161f, 0.176f};
 constexpr TportColor kDistanceColour{0.247f, 0.267f, 0.29f};
 constexpr TportColor kWireColour{0.70f, 0.87f, 0.96f};
 constexpr TportColor kOverlayColour{0.25f, 0.27f, 0.30f};
-constexpr float kClayDiffuse[4] = {0.74f, 0.68f, 0.60f, 1};
-constexpr float kClayAmbient[4] = {0.12f, 0.12f, 0.13f, 1};
-constexpr float kAxisColours[3][3] = {{0.87f, 0.33f, 0.31f}, {0.50f, 0.76f, 0.34f}, {0.33f, 0.57f, 0.93f}};
+constexpr TportColor kClayDiffuse{0.74f, 0.68f, 0.60f};
+constexpr TportColor kClayAmbient{0.12f, 0.12f, 0.13f};
+constexpr TportColor kClaySpecular{0.20f, 0.20f, 0.20f};
+constexpr double kClayShininess = 28;
 constexpr float kLineColour[3] = {0.80f, 0.84f, 0.88f};
-
-struct Tlamp
-{
-    float fDirection[4];
-    float fAmbient[4];
-    float fDiffuse[4];
-};
-constexpr Tlamp kLamps[] = {
-    {{0.28f, 0.42f, 0.86f, 0}, {1, 1, 1, 1}, {1, 1, 1, 1}},
-    {{-0.85f, -0.35f, 0.4f, 0}, {0, 0, 0, 1}, {0.20f, 0.27f, 0.40f, 1}},
-};
 
 constexpr int kCellsEachWay = 20;
 constexpr int kMajorEvery = 5;
+constexpr double kLeastReach = 1.9; // the lamp is within
 constexpr double kCellsPerRadius = 5;
 constexpr double kFarGround = 4; // scene units; a ground plane farther from the model is of no help
 // Smooth lines cost software rasterizers several times as much as plain ones.
 constexpr std::size_t kMostSmoothEdges = 60000;
-
-/** Saves groups of OpenGL state that the scene changes itself and a port may record (glPushAttrib). */
-class TsavedState
-{
-public:
-    explicit TsavedState(GLbitfield groups) { glPushAttrib(groups); }
-    ~TsavedState() { glPopAttrib(); }
-    TsavedState(const TsavedState&) = delete;
-    TsavedState& operator=(const TsavedState&) = delete;
-};
 
 double component(const T4dDblVector& v, int which)
 {
@@ -120,15 +103,21 @@ void TviewScene::draw(T3dPort& port, const TviewCamera& camera, const Tstyle& st
         drawGrid(port, camera);
     port.depthTest(true);
     port.depthFunc(T3dPort::kDepthLequal);
-    if (fModel && style.fShading == kFlat)
-        drawFilled(port, style.fEdges);
-    if (camera.isPerspective())
+    // The grid shines through a model of glass, which hides nothing from it.
+    if (camera.isPerspective() && style.fXray)
+        drawGrid(port, camera);
+    if (fModel && style.fShading != kWire)
+        drawFilled(port, style);
+    if (camera.isPerspective() && !style.fXray)
         drawGrid(port, camera);
     if (fModel && (style.fShading == kWire || style.fEdges))
         drawEdges(port, camera, style, pixelRatio);
+    if (style.fLamp)
+        TsceneGizmos::drawLamp(port, camera, pixelRatio);
     port.depthTest(false);
+    count(port, style);
 
-    drawAxes(port, camera, pixelRatio);
+    TsceneGizmos::drawAxes(port, camera, pixelRatio);
     drawLabel(port, label, pixelRatio);
 }
 
@@ -138,38 +127,51 @@ void TviewScene::prepareLists(T3dPort& port)
         return;
     fListsValid = true;
     port.setCurrentContext();
-    for (unsigned* list : {&fFillList, &fEdgeList, &fGround.fList, &fFrontPlane.fList, &fSidePlane.fList}) {
+    for (unsigned* list :
+         {&fFillLists[0], &fFillLists[1], &fEdgeList, &fGround.fList, &fFrontPlane.fList, &fSidePlane.fList}) {
         if (*list)
             glDeleteLists(*list, 1);
-        *list = glGenLists(1);
+        *list = 0;
     }
     // The colours inside must not be taken for the port's.
     const TsavedState state(GL_CURRENT_BIT);
-    fReach = 1.5;
+    fReach = kLeastReach;
     if (fModel)
-        makeModelLists();
+        makeEdgeList();
     for (Tgrid* grid : {&fGround, &fFrontPlane, &fSidePlane})
         makeGridList(*grid);
 }
 
-void TviewScene::makeModelLists()
+void TviewScene::makeEdgeList()
 {
-    glPushClientAttrib(GL_CLIENT_VERTEX_ARRAY_BIT);
-    const auto& triangles = fModel->triangles();
-    if (!triangles.empty()) {
-        glInterleavedArrays(GL_N3F_V3F, 0, triangles.data());
-        glNewList(fFillList, GL_COMPILE);
-        glDrawArrays(GL_TRIANGLES, 0, static_cast<GLsizei>(triangles.size()));
-        glEndList();
-    }
     const auto& edges = fModel->edges();
-    if (!edges.empty()) {
-        glInterleavedArrays(GL_V3F, 0, fModel->positions().data());
-        glNewList(fEdgeList, GL_COMPILE);
-        glDrawElements(GL_LINES, static_cast<GLsizei>(edges.size()), GL_UNSIGNED_INT, edges.data());
-        glEndList();
-    }
+    fEdgeList = glGenLists(1);
+    if (edges.empty())
+        return;
+    glPushClientAttrib(GL_CLIENT_VERTEX_ARRAY_BIT);
+    glInterleavedArrays(GL_V3F, 0, fModel->positions().data());
+    glNewList(fEdgeList, GL_COMPILE);
+    glDrawElements(GL_LINES, static_cast<GLsizei>(edges.size()), GL_UNSIGNED_INT, edges.data());
+    glEndList();
     glPopClientAttrib();
+}
+
+unsigned TviewScene::fillList(bool smooth)
+{
+    unsigned& list = fFillLists[smooth];
+    const auto& triangles = fModel->triangles();
+    if (list || triangles.empty())
+        return list;
+    list = glGenLists(1);
+    glPushClientAttrib(GL_CLIENT_VERTEX_ARRAY_BIT);
+    glInterleavedArrays(GL_N3F_V3F, 0, triangles.data());
+    if (smooth)
+        glNormalPointer(GL_FLOAT, 0, fModel->smoothNormals().data());
+    glNewList(list, GL_COMPILE);
+    glDrawArrays(GL_TRIANGLES, 0, static_cast<GLsizei>(triangles.size()));
+    glEndList();
+    glPopClientAttrib();
+    return list;
 }
 
 void TviewScene::makeGridList(Tgrid& grid)
@@ -204,14 +206,15 @@ void TviewScene::makeGridList(Tgrid& grid)
     };
     const auto strengthOf = [](double index) { return std::fmod(index, kMajorEvery) == 0 ? 0.42 : 0.17; };
 
+    grid.fList = glGenLists(1);
     glNewList(grid.fList, GL_COMPILE);
     glBegin(GL_LINES);
     for (int line = -kCellsEachWay; line <= kCellsEachWay; ++line) {
         // The lines of one coordinate, then of the other; the one through zero is the other one's axis.
         const bool isAxisV = firstU + line == 0;
         const bool isAxisU = firstV + line == 0;
-        const float* colourV = isAxisV ? kAxisColours[grid.fV] : kLineColour;
-        const float* colourU = isAxisU ? kAxisColours[grid.fU] : kLineColour;
+        const float* colourV = isAxisV ? TsceneGizmos::kAxisColours[grid.fV] : kLineColour;
+        const float* colourU = isAxisU ? TsceneGizmos::kAxisColours[grid.fU] : kLineColour;
         const double strengthV = isAxisV ? 0.9 : strengthOf(firstU + line);
         const double strengthU = isAxisU ? 0.9 : strengthOf(firstV + line);
         for (int at = -kCellsEachWay; at < kCellsEachWay; ++at) {
@@ -275,40 +278,49 @@ void TviewScene::drawGrid(T3dPort& port, const TviewCamera& camera)
     port.depthMask(true);
 }
 
-void TviewScene::drawFilled(T3dPort& port, bool lowered)
+void TviewScene::drawFilled(T3dPort& port, const Tstyle& style)
 {
-    port.shadeModel(T3dPort::kShadeFlat);
-    if (lowered)
-        port.polygonOffsetLower();
-
-    // Lights that are placed in camera coordinates go where the camera goes.
-    port.matrixMode(GL_MODELVIEW);
-    port.pushMatrix();
-    port.loadIdentity();
-    port.setCurrentContext();
-    const TsavedState state(GL_LIGHTING_BIT | GL_ENABLE_BIT | GL_CURRENT_BIT);
-    const GLfloat black[4] = {0, 0, 0, 1};
-    for (std::size_t i = 0; i < std::size(kLamps); ++i) {
-        const GLenum lamp = GL_LIGHT0 + static_cast<GLenum>(i);
-        glLightfv(lamp, GL_POSITION, kLamps[i].fDirection);
-        glLightfv(lamp, GL_AMBIENT, kLamps[i].fAmbient);
-        glLightfv(lamp, GL_DIFFUSE, kLamps[i].fDiffuse);
-        glLightfv(lamp, GL_SPECULAR, black);
-        glEnable(lamp);
+    const bool smooth = style.fShading == kSmooth;
+    port.shadeModel(smooth ? T3dPort::kShadeSmooth : T3dPort::kShadeFlat);
+    fLights.turnOn(port);
+    // Diffuse comes last: the current colour of OpenGL then is the recorded one.
+    port.setSpecularColor(kClaySpecular);
+    port.setShininess(kClayShininess);
+    port.setAmbientMaterialColor(kClayAmbient);
+    port.setDiffuseColor(kClayDiffuse, style.fXray ? T3dPort::fsXrayAlpha : 1);
+    if (style.fGhosted)
+        port.polygonStipple(TglPolyStipple::kHalftone);
+    if (style.fXray) {
+        port.blending(true);
+        port.blendFunc(T3dPort::kBlendSrcAlpha, T3dPort::kBlendOneMinusSrcAlpha);
+        port.depthMask(false);
     }
-    glLightModelfv(GL_LIGHT_MODEL_AMBIENT, black);
-    // Nobody can be sure which way round a file's faces are.
-    glLightModeli(GL_LIGHT_MODEL_TWO_SIDE, 1);
-    glMaterialfv(GL_FRONT_AND_BACK, GL_AMBIENT, kClayAmbient);
-    glMaterialfv(GL_FRONT_AND_BACK, GL_DIFFUSE, kClayDiffuse);
-    glMaterialfv(GL_FRONT_AND_BACK, GL_SPECULAR, black);
-    glMaterialfv(GL_FRONT_AND_BACK, GL_EMISSION, black);
-    glEnable(GL_LIGHTING);
-    if (lowered)
-        glEnable(GL_POLYGON_OFFSET_FILL);
-    port.popMatrix();
+    port.polygonOffsetLower();
     port.setCurrentContext();
-    glCallList(fFillList);
+
+    const unsigned list = fillList(smooth);
+    const auto call = [&] {
+        const TsavedState state(GL_ENABLE_BIT | GL_CURRENT_BIT);
+        if (style.fEdges)
+            glEnable(GL_POLYGON_OFFSET_FILL);
+        glCallList(list);
+    };
+    if (style.fXray) {
+        // What faces away lies behind what faces the eye.
+        port.cullFace(T3dPort::kCullFront);
+        call();
+        port.cullFace(T3dPort::kCullBack);
+    }
+    call();
+    port.cullFace(T3dPort::kCullNone);
+
+    if (style.fXray) {
+        port.depthMask(true);
+        port.blending(false);
+    }
+    if (style.fGhosted)
+        port.polygonStipple(TglPolyStipple::kSolid);
+    fLights.turnOff(port);
 }
 
 void TviewScene::drawEdges(T3dPort& port, const TviewCamera& camera, const Tstyle& style, double pixelRatio)
@@ -338,71 +350,13 @@ void TviewScene::drawEdges(T3dPort& port, const TviewCamera& camera, const Tstyl
     port.lineSmoothing(false);
 }
 
-void TviewScene::drawAxes(T3dPort& port, const TviewCamera& camera, double pixelRatio)
+void TviewScene::count(T3dPort& port, const Tstyle& style) const
 {
-    constexpr double kSide = 76;
-    constexpr double kRange = 1.35;
-    constexpr double kLetter = 0.11;
-    const TportRect whole = port.portRect();
-    const auto side = static_cast<short>(std::min({kSide * pixelRatio, whole.width() / 3.0, whole.height() / 3.0}));
-    if (side < 24)
+    if (!fModel || !port.isEnabledGeometryStats())
         return;
-
-    const auto edge = static_cast<short>(4 * pixelRatio);
-    port.pushViewport(TportRect(edge, edge, static_cast<short>(edge + side), static_cast<short>(edge + side)));
-    port.ortho(-kRange, kRange, -kRange, kRange, -2, 2);
-    port.matrixMode(GL_MODELVIEW);
-    port.loadIdentity();
-    port.lineWidth(static_cast<float>(1.5 * pixelRatio));
-    port.lineSmoothing(true);
-    port.setCurrentContext();
-
-    const T4dDblMatrix m = camera.orientation();
-    struct Taxis
-    {
-        T4dDblVector fTip;
-        int fIndex;
-    };
-    std::array<Taxis, 3> axes;
-    for (int i = 0; i < 3; ++i)
-        axes[static_cast<std::size_t>(i)] = {{m[4 * i], m[4 * i + 1], m[4 * i + 2]}, i};
-    std::sort(axes.begin(), axes.end(), [](const Taxis& a, const Taxis& b) { return a.fTip.z < b.fTip.z; });
-    {
-        const TsavedState state(GL_CURRENT_BIT);
-        glBegin(GL_LINES);
-        for (const Taxis& axis : axes) {
-            const double x = axis.fTip.x;
-            const double y = axis.fTip.y;
-            const double length = std::hypot(x, y);
-            if (length < 0.05)
-                continue;
-            glColor3fv(kAxisColours[axis.fIndex]);
-            glVertex2d(0, 0);
-            glVertex2d(x, y);
-            const double letterX = x * (1 + 0.22 / length);
-            const double letterY = y * (1 + 0.22 / length);
-            const auto stroke = [&](double x1, double y1, double x2, double y2) {
-                glVertex2d(letterX + x1 * kLetter, letterY + y1 * kLetter);
-                glVertex2d(letterX + x2 * kLetter, letterY + y2 * kLetter);
-            };
-            if (axis.fIndex == 0) {
-                stroke(-0.7, -1, 0.7, 1);
-                stroke(-0.7, 1, 0.7, -1);
-            } else if (axis.fIndex == 1) {
-                stroke(0, -1, 0, 0);
-                stroke(0, 0, -0.7, 1);
-                stroke(0, 0, 0.7, 1);
-            } else {
-                stroke(-0.7, 1, 0.7, 1);
-                stroke(0.7, 1, -0.7, -1);
-                stroke(-0.7, -1, 0.7, -1);
-            }
-        }
-        glEnd();
-    }
-    port.lineSmoothing(false);
-    port.lineWidth(1);
-    port.popViewport();
+    const std::size_t triangles = style.fShading == kWire ? 0 : fModel->triangles().size() / 3;
+    port.countTmesh(static_cast<int>(fModel->vertexCount()), static_cast<int>(fModel->edges().size() / 2),
+                    static_cast<int>(fModel->faceCount()), 0, static_cast<int>(triangles));
 }
 
 void TviewScene::drawLabel(T3dPort& port, const QImage& label, double pixelRatio)

@@ -2,7 +2,6 @@
 
 #include "ui/QlirnPaneLayout.h"
 
-#include <QCoreApplication>
 #include <QFile>
 #include <QFileInfo>
 #include <QKeyEvent>
@@ -16,7 +15,6 @@
 
 #include <algorithm>
 #include <cmath>
-#include <functional>
 
 namespace {
 
@@ -31,11 +29,10 @@ QColor gapColour()
 
 } // namespace
 
-TviewerWindow::TviewerWindow(const QSize& size, TviewScene::Tshading shading, bool fourViews)
-    : fSize(size), fArea(new QWidget(this)), fPanes(new QlirnPaneLayout(fArea)), fModelLabel(new QLabel),
-      fViewLabel(new QLabel), fProgressBar(new QProgressBar)
+TviewerWindow::TviewerWindow(const QSize& size, const TviewScene::Tstyle& style, bool fourViews)
+    : fSize(size), fStyle(style), fArea(new QWidget(this)), fPanes(new QlirnPaneLayout(fArea)), fModelLabel(new QLabel),
+      fCountLabel(new QLabel), fViewLabel(new QLabel), fProgressBar(new QProgressBar)
 {
-    fStyle.fShading = shading;
     setWindowTitle(QStringLiteral("portview"));
     setFocusPolicy(Qt::StrongFocus);
     fArea->setMinimumSize(64, 48);
@@ -49,6 +46,7 @@ TviewerWindow::TviewerWindow(const QSize& size, TviewScene::Tshading shading, bo
     fProgressBar->setRange(0, 100);
     fProgressBar->hide();
     statusBar()->addWidget(fModelLabel);
+    statusBar()->addWidget(fCountLabel);
     statusBar()->addWidget(fProgressBar);
     statusBar()->addPermanentWidget(fViewLabel);
     statusBar()->addPermanentWidget(new QLabel(tr("h: keys")));
@@ -121,10 +119,7 @@ void TviewerWindow::loaded(std::shared_ptr<const TobjModel> model, const QString
 
 void TviewerWindow::show(std::shared_ptr<const TobjModel> model, const QString& name)
 {
-    const QLocale locale;
-    fModelLabel->setText(tr("%1:  %2 faces,  %3 vertices")
-                             .arg(name, locale.toString(qulonglong(model->faceCount())),
-                                  locale.toString(qulonglong(model->vertexCount()))));
+    fModelLabel->setText(tr("%1:").arg(name));
     setWindowTitle(tr("%1 - portview").arg(name));
     fScene.setModel(std::move(model));
     frameAll();
@@ -136,6 +131,7 @@ void TviewerWindow::addView(TviewCamera::Tprojection projection)
     view->setPointerHook([this, name = view->name()](bool inside) {
         fViewLabel->setText(inside ? QString::fromLatin1(name) : QString());
     });
+    view->setDrawnHook([this, drawn = view.get()] { showCounts(drawn->statistics()); });
     fPanes->addPane(view->widget());
     fViews.push_back(std::move(view));
 }
@@ -157,9 +153,9 @@ void TviewerWindow::setFourViews(bool four)
     updateAll();
 }
 
-void TviewerWindow::setShading(TviewScene::Tshading shading)
+void TviewerWindow::setStyle(const TviewScene::Tstyle& style)
 {
-    fStyle.fShading = shading;
+    fStyle = style;
     updateAll();
 }
 
@@ -202,6 +198,21 @@ QImage TviewerWindow::picture()
     return image;
 }
 
+void TviewerWindow::showCounts(const T3dPortGeometryStats& counted)
+{
+    if (counted.fTmeshes == 0) {
+        fCountLabel->clear();
+        return;
+    }
+    const QLocale locale;
+    QString text =
+        tr("%1 faces,  %2 edges,  %3 vertices")
+            .arg(locale.toString(counted.fFaces), locale.toString(counted.fEdges), locale.toString(counted.fVerts));
+    if (counted.fTriangles)
+        text += tr(",  %1 triangles").arg(locale.toString(counted.fTriangles));
+    fCountLabel->setText(text);
+}
+
 void TviewerWindow::showKeys()
 {
     auto* box = new QMessageBox(this);
@@ -213,8 +224,11 @@ void TviewerWindow::showKeys()
                     "<tr><td><b>middle drag</b></td><td>track</td></tr>"
                     "<tr><td><b>right drag, wheel</b></td><td>dolly</td></tr>"
                     "<tr><td><b>f</b></td><td>frame the model</td></tr>"
-                    "<tr><td><b>w, s</b></td><td>wire, flat shading</td></tr>"
-                    "<tr><td><b>e</b></td><td>edges over flat shading</td></tr>"
+                    "<tr><td><b>w, d, s</b></td><td>wire, flat, smooth shading</td></tr>"
+                    "<tr><td><b>e</b></td><td>edges over the shading</td></tr>"
+                    "<tr><td><b>g</b></td><td>ghosted</td></tr>"
+                    "<tr><td><b>x</b></td><td>x-ray</td></tr>"
+                    "<tr><td><b>l</b></td><td>the lamp</td></tr>"
                     "<tr><td><b>space</b></td><td>one view, four views</td></tr>"
                     "<tr><td><b>h, F1</b></td><td>this table</td></tr>"
                     "<tr><td><b>q, Esc</b></td><td>quit</td></tr>"
@@ -225,32 +239,46 @@ void TviewerWindow::showKeys()
 
 void TviewerWindow::keyPressEvent(QKeyEvent* event)
 {
+    TviewScene::Tstyle style = fStyle;
     switch (event->key()) {
     case Qt::Key_F:
         frameAll();
-        break;
+        return;
     case Qt::Key_W:
-        setShading(TviewScene::kWire);
+        style.fShading = TviewScene::kWire;
+        break;
+    case Qt::Key_D:
+        style.fShading = TviewScene::kFlat;
         break;
     case Qt::Key_S:
-        setShading(TviewScene::kFlat);
+        style.fShading = TviewScene::kSmooth;
         break;
     case Qt::Key_E:
-        fStyle.fEdges = !fStyle.fEdges;
-        updateAll();
+        style.fEdges = !style.fEdges;
+        break;
+    case Qt::Key_G:
+        style.fGhosted = !style.fGhosted;
+        break;
+    case Qt::Key_X:
+        style.fXray = !style.fXray;
+        break;
+    case Qt::Key_L:
+        style.fLamp = !style.fLamp;
         break;
     case Qt::Key_Space:
         setFourViews(!hasFourViews());
-        break;
+        return;
     case Qt::Key_H:
     case Qt::Key_F1:
         showKeys();
-        break;
+        return;
     case Qt::Key_Q:
     case Qt::Key_Escape:
         close();
-        break;
+        return;
     default:
         QMainWindow::keyPressEvent(event);
+        return;
     }
+    setStyle(style);
 }

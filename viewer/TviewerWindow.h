@@ -22,7 +22,7 @@ class TviewerWindow : public QMainWindow
 
 public:
     /** @param size  of the view area, in device pixels */
-    TviewerWindow(const QSize& size, TviewScene::Tshading shading, bool fourViews);
+    TviewerWindow(const QSize& size, const TviewScene::Tstyle& style, bool fourViews);
     ~TviewerWindow() override;
 
     /** Loads a file in a thread of its own; opened() or failed() follows. The window can be used meanwhile. */
@@ -33,7 +33,8 @@ public:
     bool isLoading() const { return fLoader.joinable(); }
     bool hasFourViews() const;
     void setFourViews(bool four);
-    void setShading(TviewScene::Tshading shading);
+    const TviewScene::Tstyle& style() const { return fStyle; }
+    void setStyle(const TviewScene::Tstyle& style);
 
     /** The view area drawn at its size in device pixels as it was asked for; null on failure. */
     QImage picture();
@@ -52,6 +53,7 @@ private:
     void stopLoading();
     void frameAll();
     void updateAll();
+    void showCounts(const T3dPortGeometryStats& counted);
     void showKeys();
 
     QSize fSize;
@@ -60,6 +62,7 @@ private:
     QWidget* fArea;
     QlirnPaneLayout* fPanes;
     QLabel* fModelLabel;
+    QLabel* fCountLabel;
     QLabel* fViewLabel;
     QProgressBar* fProgressBar;
     std::vector<std::unique_ptr<Tview>> fViews;

@@ -1,10 +1,10 @@
 #include "QtExtensions/Q3dPort.h"
 #include "TcommandLine.h"
+#include "Tgallery.h"
 #include "TviewerWindow.h"
+#include "pictures.h"
 
 #include <QApplication>
-#include <QBuffer>
-#include <QFile>
 #include <QTimer>
 
 #include <cstdio>
@@ -41,31 +41,22 @@ QString displayProblem(const TcommandLine& line)
     return QString();
 }
 
-int writeSnapshot(TviewerWindow& window, const QString& path)
+/** The exit status of what ended with @p problem, which is empty if all is well. */
+int concluded(const QString& problem)
 {
-    const QImage image = window.picture();
-    if (image.isNull())
-        return complain(QStringLiteral("cannot draw a picture off screen."));
-    // By way of memory: the PNG library has remarks of its own about a file that can't be written.
-    QByteArray bytes;
-    QBuffer buffer(&bytes);
-    image.save(&buffer, "PNG");
-    QFile file(path);
-    if (!file.open(QIODevice::WriteOnly | QIODevice::Truncate) || file.write(bytes) != bytes.size() || !file.flush())
-        return complain(QStringLiteral("cannot write %1: %2.").arg(path, file.errorString()));
-    return 0;
+    return problem.isEmpty() ? 0 : complain(problem);
 }
 
 int runWindow(const TcommandLine& line)
 {
-    TviewerWindow window(line.fSize, line.fShading, line.fFourViews);
+    TviewerWindow window(line.fSize, line.fStyle, line.fFourViews);
     QObject::connect(&window, &TviewerWindow::failed, [](const QString& path, const QString& reason) {
         complain(QStringLiteral("cannot open %1: %2.").arg(path, reason));
         QCoreApplication::exit(1);
     });
     if (!line.fSnapshot.isEmpty()) {
         QObject::connect(&window, &TviewerWindow::opened,
-                         [&] { QCoreApplication::exit(writeSnapshot(window, line.fSnapshot)); });
+                         [&] { QCoreApplication::exit(concluded(writePicture(window.picture(), line.fSnapshot))); });
     } else {
         window.QWidget::show();
     }
@@ -110,5 +101,7 @@ int main(int argc, char** argv)
     QApplication application(argc, argv);
     if (!Q3dPort::resourceWidget())
         return complain(QStringLiteral("the X display offers no OpenGL that can be drawn with."));
+    if (!line.fGallery.isEmpty())
+        return concluded(Tgallery().write(line.fGallery));
     return runWindow(line);
 }

@@ -106,6 +106,12 @@ QlirnGLContext::QlirnGLContext(const QWidget* widget, const QGLFormat& format)
 
 QlirnGLContext::~QlirnGLContext() = default;
 
+bool QlirnGLContext::isCurrent() const
+{
+    return fActiveContext &&
+           (T3dPort::knownNativeContext() == fActiveContext || glXGetCurrentContext() == fActiveContext);
+}
+
 void QlirnGLContext::setBestGLVersion(QGLFormat& format)
 {
     const Version best = bestVersion(format);

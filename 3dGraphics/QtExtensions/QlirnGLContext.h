@@ -45,6 +45,9 @@ public:
     /** The visual chosen, null without one. XFree releases it once neither context nor window need it. */
     XVisualInfo* visual() const { return fVisual; }
 
+    /** True if the active context is the bound one. */
+    bool isCurrent() const;
+
     static void initializeGLextensions() {}
 
     /**

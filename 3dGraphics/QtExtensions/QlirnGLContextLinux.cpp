@@ -33,8 +33,9 @@ QlirnGLContextLinux::QlirnGLContextLinux(const QWidget* widget, const QGLFormat&
     }
     // Without a context nothing is provided: what is left of the request then claims no buffer.
     fFormat = fActiveContext ? getQGLFormat(fDisplay, fVisual, fActiveContext) : wanted;
-    if (auto* glWidget = qobject_cast<QlirnGLWidget*>(fWidget))
-        glWidget->setContext(this, nullptr, true);
+    fGLWidget = qobject_cast<QlirnGLWidget*>(fWidget);
+    if (fGLWidget)
+        fGLWidget->setContext(this, nullptr, true);
     if (fActiveContext) {
         glXMakeCurrent(fDisplay, drawable(), fActiveContext);
         T3dPort::nativeBindingMoved();
@@ -85,10 +86,16 @@ void QlirnGLContextLinux::makeCurrent() const
     if (!fActiveContext || fWidget->testAttribute(Qt::WA_WState_Hidden))
         return;
     const GLXDrawable window = drawable();
-    if (glXGetCurrentContext() == fActiveContext && glXGetCurrentDrawable() == window)
+    if (!window) // between two native windows
         return;
-    glXMakeCurrent(fDisplay, window, fActiveContext);
-    T3dPort::nativeBindingMoved();
+    // Asking GLX costs a system call, a third of a switch. Where another context is known to be bound there is nothing to
+    // ask: binding one that somebody has bound unnoticed does no harm.
+    const void* known = T3dPort::knownNativeContext();
+    const bool isElsewhere = known && known != fActiveContext;
+    if (!isElsewhere && glXGetCurrentContext() == fActiveContext && glXGetCurrentDrawable() == window)
+        return;
+    const bool isBound = glXMakeCurrent(fDisplay, window, fActiveContext);
+    T3dPort::nativeBindingMoved(isBound ? fActiveContext : nullptr);
 }
 
 void QlirnGLContextLinux::swapBuffers() const
@@ -226,7 +233,5 @@ QGLFormat QlirnGLContextLinux::getQGLFormat(Display* display, XVisualInfo* visua
 
 GLXDrawable QlirnGLContextLinux::drawable() const
 {
-    if (const auto* glWidget = qobject_cast<const QlirnGLWidget*>(fWidget))
-        return glWidget->glWindow();
-    return fWidget->internalWinId();
+    return fGLWidget ? fGLWidget->glWindow() : fWidget->internalWinId();
 }

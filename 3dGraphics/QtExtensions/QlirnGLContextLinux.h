@@ -2,6 +2,8 @@
 
 #include "QtExtensions/QlirnGLContext.h"
 
+class QlirnGLWidget;
+
 /** The X11 context: GLX visual selection, context creation and binding. */
 class LIRN_3DGRAPHICS_EXPORT QlirnGLContextLinux : public QlirnGLContext
 {
@@ -34,4 +36,6 @@ public:
 
 private:
     GLXDrawable drawable() const;
+
+    QlirnGLWidget* fGLWidget = nullptr; ///< the widget, when it is one with a window of its own for OpenGL
 };

@@ -99,7 +99,7 @@ void QlirnGLWidget::makeCurrent()
     if (fDestroying || fPortDeleted)
         return;
     // A hidden widget or one without a visual did not get its context bound. What the port sends until it does is lost.
-    if (!fGLContext->getActiveContext() || fGLContext->getActiveContext() != glXGetCurrentContext()) {
+    if (!fGLContext->isCurrent()) {
         fResendPending = true;
         return;
     }
@@ -362,10 +362,10 @@ void QlirnGLWidget::wheelEvent(QWheelEvent* event)
 {
     if (fDebug)
         std::printf("QlirnGLWidget::mouseWheelEvent()\n");
-    if (!TeventHandler::fsUseScrollWheel || event->buttons() != Qt::NoButton) {
-        event->accept();
+    // Even when dropped: what scrolls around the view must not move.
+    event->accept();
+    if (!TeventHandler::fsUseScrollWheel || event->buttons() != Qt::NoButton)
         return;
-    }
     unsigned modifiers = 0;
     int button = 0;
     QlirnQtHelper::getMouseEventLirnButtonInfo(event, modifiers, button);

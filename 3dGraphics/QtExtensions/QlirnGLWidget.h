@@ -41,8 +41,8 @@ public:
     void swapBuffers();
     /**
      * Draws with the shared resource context (true) or the widget's own (false), and sends the port's state to it. GLX
-     * binds a context only to windows of its own visual: a port that is to draw with the resource context needs an alpha
-     * buffer, a stencil buffer and double buffering as that has.
+     * binds a context only to windows of its own visual: a port that is to draw with the resource context needs the
+     * alpha buffer, stencil buffer and double buffering that one has.
      */
     void useSharedContext(bool shared);
     bool isSharedContext() const;

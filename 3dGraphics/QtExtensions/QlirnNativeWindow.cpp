@@ -1,7 +1,14 @@
 #include <QAbstractNativeEventFilter>
 #include <QCoreApplication>
 #include <QHash>
+#include <QPlatformSurfaceEvent>
+#include <QWidget>
+#include <QWindow>
 #include <QX11Info>
+
+// After Qt's headers and before QlirnX11.h, which takes its macros away.
+#include <X11/Xlib.h>
+#include <X11/extensions/shape.h>
 
 #include "QtExtensions/QlirnNativeWindow.h"
 
@@ -55,6 +62,25 @@ private:
 
 } // namespace
 
+/** Hears of the end of the widget's window while that and what lies in it are still there. */
+class QlirnNativeWindow::ParentWatch : public QObject
+{
+public:
+    explicit ParentWatch(QlirnNativeWindow* window) : fWindow(window) {}
+
+    bool eventFilter(QObject*, QEvent* event) override
+    {
+        if (event->type() == QEvent::PlatformSurface &&
+            static_cast<QPlatformSurfaceEvent*>(event)->surfaceEventType() ==
+                QPlatformSurfaceEvent::SurfaceAboutToBeDestroyed)
+            fWindow->destroy();
+        return false;
+    }
+
+private:
+    QlirnNativeWindow* fWindow;
+};
+
 QlirnNativeWindow::QlirnNativeWindow(QWidget* widget, const XVisualInfo* visual)
     : fWidget(widget), fDisplay(QX11Info::display()), fVisual(visual ? visual->visual : nullptr),
       fDepth(visual ? visual->depth : 0)
@@ -70,11 +96,8 @@ QlirnNativeWindow::QlirnNativeWindow(QWidget* widget, const XVisualInfo* visual)
 
 QlirnNativeWindow::~QlirnNativeWindow()
 {
-    if (fWindow) {
-        ExposeFilter::instance().remove(fWindow);
-        if (isAlive())
-            XDestroyWindow(fDisplay, fWindow);
-    }
+    fParentWatch.reset();
+    destroy();
     if (fColormap)
         XFreeColormap(fDisplay, fColormap);
 }
@@ -93,8 +116,25 @@ void QlirnNativeWindow::create()
     fWindow = XCreateWindow(fDisplay, fParent, 0, 0, unsigned(fSize.width()), unsigned(fSize.height()), 0, fDepth,
                             InputOutput, fVisual,
                             CWColormap | CWBorderPixel | CWBackPixmap | CWBitGravity | CWEventMask, &attributes);
+    // The pointer goes through to the widget's window: for one that enters a child Qt takes no notice.
+    XShapeCombineRectangles(fDisplay, fWindow, ShapeInput, 0, 0, nullptr, 0, ShapeSet, YXBanded);
     XMapWindow(fDisplay, fWindow);
     ExposeFilter::instance().add(this);
+
+    if (!fParentWatch)
+        fParentWatch = std::make_unique<ParentWatch>(this);
+    if (QWindow* handle = fWidget->windowHandle())
+        handle->installEventFilter(fParentWatch.get());
+}
+
+void QlirnNativeWindow::destroy()
+{
+    if (!fWindow)
+        return;
+    retire();
+    if (isAlive())
+        XDestroyWindow(fDisplay, fWindow);
+    fWindow = QlirnX11::kNone;
 }
 
 void QlirnNativeWindow::retire()
@@ -162,16 +202,18 @@ void QlirnNativeWindow::followSize()
 
 void QlirnNativeWindow::followParent()
 {
-    if (!fWindow || !fWidget->internalWinId() || fWidget->internalWinId() == fParent)
+    if (!fVisual || !fDisplay || !fWidget->internalWinId() || (fWindow && fWidget->internalWinId() == fParent))
         return;
-    if (isAlive()) {
+    if (fWindow && isAlive()) {
         fParent = fWidget->internalWinId();
         XReparentWindow(fDisplay, fWindow, fParent, 0, 0);
         XMapWindow(fDisplay, fWindow);
         followSize();
     } else {
-        retire();
+        if (fWindow)
+            retire();
         create();
+        fSizeFollowed = false;
     }
     XSync(fDisplay, 0);
 }

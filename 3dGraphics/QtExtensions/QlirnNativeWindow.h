@@ -3,6 +3,8 @@
 #include <QSize>
 #include <QWidget>
 
+#include <memory>
+
 #include <cstdint>
 
 #include "QtExtensions/QlirnX11.h"
@@ -11,8 +13,8 @@
  * The X window that a GL widget draws in.
  *
  * Qt 5 gives no way to replace a widget's native window by one made with a GLX visual of our choice, so the window is a
- * child that covers the widget's. It selects exposures only: the pointer and keyboard events that it gets propagate to
- * the widget's window, where Qt reads them. The widget tells it about sizes and about a changed native window.
+ * child that covers the widget's. It selects exposures only and lets the pointer through, so that the widget's window
+ * gets the events, where Qt reads them. The widget tells it about sizes and about a changed native window.
  */
 class QlirnNativeWindow
 {
@@ -24,6 +26,7 @@ public:
     QlirnNativeWindow(const QlirnNativeWindow&) = delete;
     QlirnNativeWindow& operator=(const QlirnNativeWindow&) = delete;
 
+    /** 0 without a visual, and while the widget has no native window. */
     Window id() const { return fWindow; }
 
     /** To be called before the widget is painted: what was uncovered before needs no painting of its own then. */
@@ -40,7 +43,10 @@ public:
     static QSize deviceSize(const QWidget* widget);
 
 private:
+    class ParentWatch;
+
     void create();
+    void destroy();
     /** Lets go of the window: nothing is bound to it any more, and its exposures are not heard. */
     void retire();
     void replace();
@@ -56,5 +62,6 @@ private:
     Window fParent = QlirnX11::kNone;
     QSize fSize;
     bool fSizeFollowed = false;
+    std::unique_ptr<ParentWatch> fParentWatch;
     std::uint32_t fPaintSequence = 0; ///< number of the first X request of the last paint
 };

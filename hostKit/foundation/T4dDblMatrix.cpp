@@ -7,6 +7,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <cstring>
 
 namespace {
 
@@ -22,6 +23,19 @@ void makeLastColumnAffine(double* m)
 {
     m[3] = m[7] = m[11] = 0;
     m[15] = 1;
+}
+
+/** In whole halves of columns: a product of products reads those back, and would have to wait for single elements. */
+void makeLastColumnAffine(Eigen::Matrix4d& product)
+{
+    using Half = long long __attribute__((vector_size(16)));
+    for (int k = 0; k < 4; ++k) {
+        const Half last = {0, k < 3 ? 0 : 0x3FF0000000000000};
+        Half half;
+        std::memcpy(&half, product.data() + 4 * k + 2, sizeof half);
+        half = (half & Half{-1, 0}) | last;
+        std::memcpy(product.data() + 4 * k + 2, &half, sizeof half);
+    }
 }
 
 bool isAffine(const double* m)
@@ -101,8 +115,8 @@ void T4dDblMatrix::affineProduct(const T4dDblMatrix& a, const T4dDblMatrix& b)
         product.col(k) = second.col(0) * first(0, k) + second.col(1) * first(1, k) + second.col(2) * first(2, k);
     product.col(3) =
         second.col(0) * first(0, 3) + second.col(1) * first(1, 3) + second.col(2) * first(2, 3) + second.col(3);
+    makeLastColumnAffine(product);
     store(product, fElements);
-    makeLastColumnAffine(fElements);
 }
 
 bool T4dDblMatrix::fastInvertIt()

@@ -1,4 +1,3 @@
 #include "foundation/TglobalTranslatorBase.h"
 
-bool TglobalTranslatorBase::fsNewingFile = false;
-bool TglobalTranslatorBase::fsFlushingScene = false;
+unsigned TglobalTranslatorBase::fsConditions = 0;

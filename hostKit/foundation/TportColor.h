@@ -2,6 +2,8 @@
 
 #include "foundation/Tarray.h"
 
+#include <cstring>
+
 /** A colour: red, green, blue and opacity, from 0 to 1. */
 struct TportColor
 {
@@ -22,11 +24,18 @@ struct TportColor
      */
     bool get(int model, float out[3]) const;
 
-    friend constexpr bool operator==(const TportColor& x, const TportColor& y)
+    friend bool operator==(const TportColor& x, const TportColor& y)
     {
-        return x.r == y.r && x.g == y.g && x.b == y.b && x.a == y.a;
+        // All four at once: drawing code compares its colour with the one in force before most primitives.
+        using Lanes = float __attribute__((vector_size(16)));
+        using Halves = long long __attribute__((vector_size(16)));
+        Lanes a, b;
+        std::memcpy(&a, &x, sizeof a);
+        std::memcpy(&b, &y, sizeof b);
+        const auto same = reinterpret_cast<Halves>(a == b);
+        return (same[0] & same[1]) == -1;
     }
-    friend constexpr bool operator!=(const TportColor& x, const TportColor& y) { return !(x == y); }
+    friend bool operator!=(const TportColor& x, const TportColor& y) { return !(x == y); }
 };
 
 inline constexpr TportColor kCblack{0, 0, 0, 1};

@@ -4,11 +4,13 @@
 
 Tquaternion Tquaternion::fromAxisAngle(const T4dDblVector& axis, double radians)
 {
-    const double length = std::hypot(axis.x, axis.y, axis.z);
+    const double square = axis.x * axis.x + axis.y * axis.y + axis.z * axis.z;
+    // The square of a very long or very short axis does not fit a double.
+    const double length = square > 1e-200 && square < 1e200 ? std::sqrt(square) : std::hypot(axis.x, axis.y, axis.z);
     if (length == 0)
         return {};
-    const double s = std::sin(radians / 2);
-    return {axis.x / length * s, axis.y / length * s, axis.z / length * s, std::cos(radians / 2)};
+    const double scale = std::sin(radians / 2) / length;
+    return {axis.x * scale, axis.y * scale, axis.z * scale, std::cos(radians / 2)};
 }
 
 Tquaternion::operator T4dDblMatrix() const

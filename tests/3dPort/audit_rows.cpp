@@ -284,6 +284,23 @@ TEST(AuditForeignGL, LeavesOtherPortsAloneWhileHidden)
     EXPECT_THAT(differences(shown.port()), IsEmpty());
 }
 
+TEST(Audit, HoldsForAPortThatAHiddenOneDrewInto)
+{
+    PortWindow<> shown(40, 30);
+    PortWindow<> hidden(40, 30);
+    ASSERT_TRUE(shown.show() && hidden.show());
+    hidden.port().glWidget()->hide();
+    settle();
+    shown.port().setCurrentContext();
+    hidden.port().color(TportColor(1, 0, 0, 1));
+    hidden.port().translate(1, 2, 3);
+    hidden.port().lineWidth(3);
+    EXPECT_THAT(differences(shown.port()), IsEmpty());
+    hidden.port().glWidget()->show();
+    settle();
+    EXPECT_THAT(differences(hidden.port()), IsEmpty());
+}
+
 TEST(AuditForeignGL, NeedsNoWidget)
 {
     T3dPort port(nullptr, "no widget", false);

@@ -5,6 +5,7 @@
 #include "support/T3dPortProbe.h"
 
 #include "Graphics/3dPort/TglLight.h"
+#include "QtExtensions/Q3dPort.h"
 #include "QtExtensions/QlirnGLWidget.h"
 #include "foundation/Tmetaclass.h"
 
@@ -213,6 +214,30 @@ TEST(PortConstruction, AsksForTheBuffersThatItsResourcesName)
         recorder.stop();
         EXPECT_THAT(from("glXChooseVisual", recorder.calls()).front(), HasSubstr(row.list));
     }
+}
+
+TEST(PortConstruction, ACoreProfilePortSendsNoFixedFunctionState)
+{
+    Q3dPort::setUseGLCoreProfile(true);
+    PortWindow<> made(60, 40);
+    T3dPort& port = made.port();
+    ASSERT_TRUE(port.isOpen());
+    ASSERT_TRUE(port.isGLCoreViewport());
+    port.glWidget()->resize(48, 32);
+    GlRecorder recorder;
+    recorder.start();
+    const PortWindow<> another(60, 40);
+    port.OnPaint();
+    port.setCurrentContext();
+    port.setFogEnabled(true);
+    port.shadeModel(T3dPort::kShadeSmooth);
+    recorder.stop();
+    for (const std::string& call : glCalls(recorder)) {
+        EXPECT_THAT(call, testing::AnyOf(HasSubstr("POLYGON_OFFSET"), testing::StartsWith("glPolygonOffset("),
+                                         testing::StartsWith("glViewport("), testing::StartsWith("glDrawBuffer(")));
+    }
+    EXPECT_EQ(port.portRect(), TportRect(0, 0, 48, 32));
+    EXPECT_EQ(port.mainDepth(), 0) << "depths are not read";
 }
 
 TEST(PortConstruction, KeepsOrderOfFields)

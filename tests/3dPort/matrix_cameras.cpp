@@ -52,15 +52,15 @@ T4dDblMatrix modelViewOf(const T3dPort& port)
 class MatrixCameras : public testing::Test
 {
 protected:
-    MatrixCameras() : fWindow(40, 30)
+    void SetUp() override
     {
-        EXPECT_TRUE(fWindow.show());
+        ASSERT_TRUE(fWindow.show());
         port().setCurrentContext();
     }
 
     T3dPort& port() { return fWindow.port(); }
 
-    PortWindow<> fWindow;
+    PortWindow<> fWindow{40, 30};
 };
 
 } // namespace

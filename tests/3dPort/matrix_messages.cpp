@@ -19,12 +19,12 @@ namespace {
 class MatrixMessages : public testing::Test
 {
 protected:
-    MatrixMessages() : fDebug("LIRN_DEBUG_Q3DPORT_MATRICES", ""), fWindow(40, 30)
+    void SetUp() override
     {
         // The traces of the first paint are not looked at.
         const StdoutCapture out;
         const StderrCapture dumps;
-        EXPECT_TRUE(fWindow.show());
+        ASSERT_TRUE(fWindow.show());
         port().setCurrentContext();
     }
 
@@ -46,8 +46,8 @@ protected:
         EXPECT_EQ(4 * dumps, std::count(dumped.begin(), dumped.end(), '\n')) << dumped;
     }
 
-    ScopedEnv fDebug;
-    PortWindow<> fWindow;
+    ScopedEnv fDebug{"LIRN_DEBUG_Q3DPORT_MATRICES", ""};
+    PortWindow<> fWindow{40, 30};
 };
 
 } // namespace

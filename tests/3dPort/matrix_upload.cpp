@@ -42,9 +42,9 @@ std::string load(int x)
 class MatrixUpload : public testing::Test
 {
 protected:
-    MatrixUpload() : fWindow(40, 30)
+    void SetUp() override
     {
-        EXPECT_TRUE(fWindow.show());
+        ASSERT_TRUE(fWindow.show());
         port().setCurrentContext();
     }
 
@@ -63,7 +63,7 @@ protected:
         return recorder.calls();
     }
 
-    PortWindow<> fWindow;
+    PortWindow<> fWindow{40, 30};
 };
 
 } // namespace

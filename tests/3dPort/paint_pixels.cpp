@@ -131,6 +131,30 @@ TEST_P(PortOnScreen, LandInAPixmapWhereTheyShould)
     EXPECT_TRUE(isScene(shownPixels(port), QSize(120, 80)));
 }
 
+TEST_P(PortOnScreen, APixmapMayBeDrawnAmongOtherPorts)
+{
+    PortWindow<> made(120, 80, GetParam());
+    PortWindow<> other(50, 50);
+    other.window().move(300, 0);
+    T3dPort& port = made.port();
+    TfunctionAction draw([&](const Tevent&) {
+        other.port().clearColor(portColor(kCorner));
+        other.port().clear(GL_COLOR_BUFFER_BIT);
+        drawScene(port);
+    });
+    port.setUpdateCommand(&draw);
+    // Before the window was ever shown the port has the size that its widget has got so far.
+    const QSize unshown = port.glWidget()->deviceSize();
+    EXPECT_TRUE(isScene(port.renderToPixmap(unshown.width(), unshown.height()).toImage(), unshown));
+    ASSERT_TRUE(made.show());
+    ASSERT_TRUE(other.show());
+    EXPECT_TRUE(isScene(port.renderToPixmap(120, 80).toImage(), QSize(120, 80)));
+    port.doUpdate(Tevent());
+    EXPECT_TRUE(isScene(shownPixels(port), QSize(120, 80)));
+    EXPECT_EQ(port.stateDifferences().length(), 0u);
+    EXPECT_EQ(other.port().stateDifferences().length(), 0u);
+}
+
 TEST_P(PortOnScreen, OfTwoPortsStayApart)
 {
     QWidget window;

@@ -38,9 +38,9 @@ struct Step
 class RenderState : public testing::Test
 {
 protected:
-    RenderState() : fWindow(40, 30)
+    void SetUp() override
     {
-        EXPECT_TRUE(fWindow.show());
+        ASSERT_TRUE(fWindow.show());
         port().setCurrentContext();
     }
 
@@ -57,7 +57,7 @@ protected:
         }
     }
 
-    PortWindow<> fWindow;
+    PortWindow<> fWindow{40, 30};
 };
 
 } // namespace

@@ -20,7 +20,7 @@ bool isRerun()
     return std::getenv(kRerun) != nullptr;
 }
 
-std::string rerun(const Environment& changes)
+void rerun(const Environment& changes)
 {
     const testing::TestInfo* test = testing::UnitTest::GetInstance()->current_test_info();
     QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
@@ -41,13 +41,12 @@ std::string rerun(const Environment& changes)
                   {QString("--gtest_filter=%1.%2").arg(test->test_suite_name(), test->name())});
     const bool finished = process.waitForFinished(kPatience);
     const std::string output = process.readAll().toStdString();
-    if (!finished)
-        return context + ": does not end\n" + output;
-    if (process.exitStatus() != QProcess::NormalExit)
-        return context + ": crashed\n" + output;
-    if (process.exitCode() != 0 || output.find("[  PASSED  ] 1 test.") == std::string::npos)
-        return context + ": failed\n" + output;
-    return std::string();
+    const char* fault = !finished                                        ? "does not end"
+                        : process.exitStatus() != QProcess::NormalExit ? "crashes"
+                        : process.exitCode() != 0                      ? "fails"
+                                                                       : nullptr;
+    if (fault || output.find("[  PASSED  ] 1 test.") == std::string::npos)
+        ADD_FAILURE() << context << " the test " << (fault ? fault : "does not run") << "\n" << output;
 }
 
 LesserDisplay::LesserDisplay(const char* missing) : fServer(new QProcess)

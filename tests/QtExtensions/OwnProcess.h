@@ -10,10 +10,10 @@ using Environment = std::vector<std::pair<const char*, const char*>>;
 bool isRerun();
 
 /**
- * Runs the test under way once more, from the start of the program, with the environment variables @p changes. Empty when
- * that passes, else what it wrote.
+ * Runs the test under way once more, from the start of the program, with the environment variables @p changes. Fails
+ * where that does, with what it wrote.
  */
-std::string rerun(const Environment& changes);
+void rerun(const Environment& changes);
 
 /** An X server without the extension @p missing, for as long as this lives. */
 class LesserDisplay

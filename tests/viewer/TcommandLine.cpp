@@ -16,19 +16,24 @@ TEST(TcommandLine, ReadsWhatIsAskedFor)
     const TcommandLine plain = parsed("portview");
     EXPECT_EQ(plain.fRequest, TcommandLine::kRun);
     EXPECT_EQ(plain.fSize, QSize(960, 720));
-    EXPECT_EQ(plain.fShading, TviewScene::kFlat);
+    EXPECT_EQ(plain.fStyle.fShading, TviewScene::kSmooth);
+    EXPECT_FALSE(plain.fStyle.fGhosted || plain.fStyle.fXray || plain.fStyle.fEdges || plain.fStyle.fLamp);
     EXPECT_FALSE(plain.fFourViews);
 
     const TcommandLine all =
-        parsed("portview -platform xcb --shading wire a.obj --views=four --size 640x48 --snapshot b.png -display :5");
+        parsed("portview -platform xcb --shading wire a.obj --views=four --size 640x48 --snapshot b.png -display :5 "
+               "--xray --lamp");
     EXPECT_EQ(all.fRequest, TcommandLine::kRun) << all.fText.toStdString();
     EXPECT_EQ(all.fModel, QStringLiteral("a.obj"));
     EXPECT_EQ(all.fSnapshot, QStringLiteral("b.png"));
     EXPECT_EQ(all.fSize, QSize(640, 48));
-    EXPECT_EQ(all.fShading, TviewScene::kWire);
+    EXPECT_EQ(all.fStyle.fShading, TviewScene::kWire);
+    EXPECT_TRUE(all.fStyle.fXray && all.fStyle.fLamp);
+    EXPECT_FALSE(all.fStyle.fGhosted || all.fStyle.fEdges);
     EXPECT_TRUE(all.fFourViews);
     EXPECT_EQ(all.fPlatform, QStringLiteral("xcb"));
     EXPECT_EQ(all.fDisplay, QStringLiteral(":5"));
+    EXPECT_EQ(parsed("portview --gallery pictures").fGallery, QStringLiteral("pictures"));
 }
 
 TEST(TcommandLine, SaysWhatIsWrong)
@@ -41,9 +46,10 @@ TEST(TcommandLine, SaysWhatIsWrong)
         {"portview --bogus", "bogus"},          {"portview --size", "size"},
         {"portview --size 640", "--size"},      {"portview --size 0x480", "--size"},
         {"portview --size 9000x10", "--size"},  {"portview --size 99999999999x480", "--size"},
-        {"portview --size -64x48", "--size"},   {"portview --shading smooth", "wire or flat"},
+        {"portview --size -64x48", "--size"},   {"portview --shading round", "flat or smooth"},
         {"portview --views 4", "one or four"},  {"portview a.obj b.obj", "b.obj"},
         {"portview --snapshot=", "--snapshot"}, {"portview ", "empty"},
+        {"portview --gallery=", "--gallery"},   {"portview --gallery a b.obj", "--gallery"},
     };
     for (const auto& each : cases) {
         const TcommandLine line = parsed(each.arguments);

@@ -87,6 +87,88 @@ TEST_F(TobjModelFile, FacesFillAndEdgesCountOnce)
     }
 }
 
+TEST_F(TobjModelFile, SmoothNormalsKeepCreasesAndTakeUsableNormalsFromTheFile)
+{
+    const std::string box = "v -1 -1 -1\nv 1 -1 -1\nv 1 1 -1\nv -1 1 -1\nv -1 -1 1\nv 1 -1 1\nv 1 1 1\nv -1 1 1\n"
+                            "f 1 4 3 2\nf 5 6 7 8\nf 1 2 6 5\nf 3 4 8 7\nf 1 5 8 4\nf 2 3 7 6\n";
+    std::string ball;
+    constexpr int kRings = 24;
+    constexpr int kAround = 48;
+    for (int i = 1; i < kRings; ++i) {
+        for (int j = 0; j < kAround; ++j) {
+            const double a = 3.14159265358979323846 * i / kRings;
+            const double b = 2 * 3.14159265358979323846 * j / kAround;
+            ball += "v " + std::to_string(std::sin(a) * std::cos(b)) + " " + std::to_string(std::cos(a)) + " " +
+                    std::to_string(std::sin(a) * std::sin(b)) + "\n";
+        }
+    }
+    for (int i = 0; i + 2 < kRings; ++i) {
+        for (int j = 0; j < kAround; ++j) {
+            const int next = (j + 1) % kAround;
+            ball += "f";
+            for (const int corner :
+                 {i * kAround + j, i * kAround + next, (i + 1) * kAround + next, (i + 1) * kAround + j})
+                ball += " " + std::to_string(corner + 1);
+            ball += "\n";
+        }
+    }
+    // Two squares that meet at an angle whose tangent is the height; the second square is three times as large.
+    const auto roof = [](const char* height) {
+        return "v 0 0 0\nv 1 0 0\nv 1 0 1\nv 0 0 1\nv 4 " + std::string(height) + " 0\nv 4 " + height +
+               " 1\nf 1 4 3 2\nf 2 3 6 5\n";
+    };
+    const auto given = [](const char* normals, const char* face) { return kSquare + normals + face; };
+    const T4dDblVector up(0, 0, 1);
+    const T4dDblVector aside(0.6, 0, 0.8);
+    enum Texpected { kOfFace, kOfPosition, kBetween, kUp, kAside };
+    const struct
+    {
+        const char* what;
+        std::string text;
+        Texpected expected;
+    } cases[] = {
+        {"the faces of a cube", box, kOfFace},
+        {"a ball", ball, kOfPosition},
+        {"a roof flatter than the crease angle", roof("2.5"), kBetween},
+        {"a roof steeper than it", roof("3.5"), kOfFace},
+        {"normals of the file", given("vn 3 0 4\n", "f 1//1 2//1 3//1 4//1\n"), kAside},
+        {"counted from the end", given("vn 0 0 1\nvn 3 0 4\n", "f 1//-1 2//-1 3//-1 4//-1\n"), kAside},
+        {"of the other side", given("vn -3 0 -4\n", "f 1//1 2//1 3//1 4//1\n"), kAside},
+        {"after the face", kSquare + "f 1//1 2//1 3//1 4//1\nvn 3 0 4\n", kAside},
+        {"without length", given("vn 0 0 0\n", "f 1//1 2//1 3//1 4//1\n"), kUp},
+        {"no numbers", given("vn nan inf x\n", "f 1//1 2//1 3//1 4//1\n"), kUp},
+        {"too large to square", given("vn 1e300 0 1e300\n", "f 1//1 2//1 3//1 4//1\n"), kUp},
+        {"an index of none", given("vn 3 0 4\n", "f 1//2 2//-2 3//0 4//99999\n"), kUp},
+    };
+    for (const auto& each : cases) {
+        SCOPED_TRACE(each.what);
+        const auto model = load(each.text);
+        ASSERT_TRUE(model) << fError;
+        ASSERT_EQ(model->smoothNormals().size(), model->triangles().size());
+        double farthest = 0;
+        bool anyTurned = false;
+        for (std::size_t i = 0; i < model->triangles().size(); ++i) {
+            const auto vector = [](const float* v) { return T4dDblVector(v[0], v[1], v[2]); };
+            const T4dDblVector normal = vector(model->smoothNormals()[i].fNormal);
+            const T4dDblVector face = vector(model->triangles()[i].fNormal);
+            const T4dDblVector position = vector(model->triangles()[i].fPosition);
+            EXPECT_NEAR(normal.length(), 1, 1e-6);
+            anyTurned = anyTurned || (normal - face).length() > 0.1;
+            // The ball's faces may be seen from within.
+            const T4dDblVector expected = each.expected == kUp      ? up
+                                          : each.expected == kAside ? aside
+                                          : each.expected == kOfPosition
+                                              ? position.normalised() * (position.dot(face) > 0 ? 1 : -1)
+                                              : face;
+            if (each.expected != kBetween &&
+                !(each.expected == kOfPosition && std::fabs(position.normalised().y) > 0.9))
+                farthest = std::max(farthest, (normal - expected).length());
+        }
+        EXPECT_LT(farthest, each.expected == kOfPosition ? 0.02 : 1e-6);
+        EXPECT_EQ(anyTurned, each.expected == kBetween || each.expected == kAside);
+    }
+}
+
 TEST_F(TobjModelFile, BrokenFilesGiveAReason)
 {
     const struct

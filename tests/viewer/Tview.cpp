@@ -94,9 +94,44 @@ TEST_P(TviewEvents, WheelDolliesAndFramingUndoesIt)
 
 INSTANTIATE_TEST_SUITE_P(Projections, TviewEvents, ::testing::Values(TviewCamera::kPerspective, TviewCamera::kTop));
 
+TEST(Tview, CountsWhatADrawingDrewWithoutOpenGLErrors)
+{
+    TviewScene scene;
+    scene.setModel(TobjModel::torusKnot());
+    const std::size_t faces = scene.model()->faceCount();
+    QWidget parent;
+    TviewScene::Tstyle style;
+    Tview view(&parent, TviewCamera::kPerspective, scene, style);
+    const auto port = T3dPort::allPorts().last();
+    int drawings = 0;
+    view.setDrawnHook([&] {
+        ++drawings;
+        EXPECT_EQ(port->error(), 0) << T3dPort::getErrorString().asChar();
+    });
+    style.fGhosted = style.fXray = style.fEdges = style.fLamp = true;
+    const struct
+    {
+        TviewScene::Tshading shading;
+        std::size_t triangles;
+    } cases[] = {{TviewScene::kSmooth, 2 * faces}, {TviewScene::kFlat, 2 * faces}, {TviewScene::kWire, 0}};
+    for (const auto& each : cases) {
+        style.fShading = each.shading;
+        view.picture(QSize(64, 48));
+        EXPECT_EQ(view.statistics().fTmeshes, 1u);
+        EXPECT_EQ(view.statistics().fFaces, faces);
+        EXPECT_EQ(view.statistics().fEdges, 2 * faces);
+        EXPECT_EQ(view.statistics().fVerts, faces);
+        EXPECT_EQ(view.statistics().fTriangles, each.triangles);
+    }
+    EXPECT_GE(drawings, 3);
+    scene.setModel(nullptr);
+    view.picture(QSize(64, 48));
+    EXPECT_EQ(view.statistics().fFaces, 0u);
+}
+
 TEST(TviewerWindow, KeysSwitchViewsAndCloseWhileAFileLoads)
 {
-    TviewerWindow window(QSize(400, 300), TviewScene::kFlat, false);
+    TviewerWindow window(QSize(400, 300), {}, false);
     static_cast<QWidget&>(window).show();
     bool failed = false;
     QObject::connect(&window, &TviewerWindow::failed, [&] { failed = true; });
@@ -113,6 +148,13 @@ TEST(TviewerWindow, KeysSwitchViewsAndCloseWhileAFileLoads)
     press(Qt::Key_Space);
     EXPECT_EQ(T3dPort::allPorts().length(), before + 3);
     EXPECT_TRUE(within10Seconds([&] { return failed; }));
+    press(Qt::Key_D);
+    press(Qt::Key_G);
+    press(Qt::Key_X);
+    press(Qt::Key_G);
+    EXPECT_EQ(window.style().fShading, TviewScene::kFlat);
+    EXPECT_TRUE(window.style().fXray);
+    EXPECT_FALSE(window.style().fGhosted);
     press(Qt::Key_Escape);
     EXPECT_FALSE(window.isVisible());
 }

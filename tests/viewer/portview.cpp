@@ -1,3 +1,4 @@
+#include <QDir>
 #include <QFile>
 #include <QImage>
 #include <QProcess>
@@ -7,6 +8,7 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <vector>
 
 namespace {
 
@@ -114,7 +116,90 @@ TEST_F(Portview, SnapshotsShowTheModel)
         EXPECT_GT(lines, all / 200);
         EXPECT_LT(lines, filled / 3);
         const QPoint middle = views[i][0] == 'o' ? flat.rect().center() : flat.rect().center() / 2;
-        EXPECT_GT(difference(flat.pixel(middle), empty.pixel(middle)), 40);
+        EXPECT_GT(difference(flat.pixel(middle), empty.pixel(middle)), 25);
+    }
+}
+
+TEST_F(Portview, WaysOfShowingDifferWhereTheModelIs)
+{
+    const QString box = write("box.obj", QByteArray(kBoxCorners) + kBoxFaces);
+    const QStringList size{QStringLiteral("--size"), QStringLiteral("240x180")};
+    const QString nothing = write("nothing.obj", QByteArray(kBoxCorners) + "f 1 7 7\n");
+    const QImage plain = picture(box, size);
+    const QImage empty = picture(nothing, size);
+    const int filled = differingPixels(plain, empty);
+    const struct
+    {
+        const char* option;
+        double least; ///< of the model's pixels that differ from the plain picture
+        double most;
+        double leastSeen; ///< of the model's pixels that differ from the empty picture
+        double mostSeen;
+    } cases[] = {
+        {"--ghosted", 0.4, 0.6, 0.4, 0.6}, // every other pixel
+        {"--xray", 0.4, 1.1, 0.5, 1.1},    // thinner, everywhere
+        {"--edges", 0.01, 0.15, 0.9, 1.1}, {"--lamp", 0.001, 0.2, 0.9, 1.2}, {"--shading=flat", 0, 0.9, 0.9, 1.1},
+    };
+    for (const auto& each : cases) {
+        SCOPED_TRACE(each.option);
+        const QImage other = picture(box, size + QStringList{QString::fromLatin1(each.option)});
+        const double differing = differingPixels(other, plain) / double(filled);
+        EXPECT_GE(differing, each.least);
+        EXPECT_LE(differing, each.most);
+        const double seen = differingPixels(other, empty) / double(filled);
+        EXPECT_GE(seen, each.leastSeen);
+        EXPECT_LE(seen, each.mostSeen);
+    }
+}
+
+TEST_F(Portview, GalleryHasAPictureOfEverything)
+{
+    const QString folder = path("new/pictures");
+    const Tresult result = run({QStringLiteral("--gallery"), folder}, auditing());
+    EXPECT_EQ(result.status, 0);
+    EXPECT_EQ(result.output.toStdString(), "") << "state that the port did not record";
+    EXPECT_EQ(result.complaint.toStdString(), "");
+    const char* expected[] = {"points",
+                              "lines",
+                              "rect-wire",
+                              "rect-filled",
+                              "circle-wire",
+                              "circle-filled",
+                              "arc-wire",
+                              "arc-filled",
+                              "box-wire",
+                              "box-filled",
+                              "cone-wire",
+                              "cone-filled",
+                              "cone-outlined",
+                              "sphere-wire",
+                              "sphere-filled",
+                              "cylinder-wire",
+                              "cylinder-filled",
+                              "cylinder-capped",
+                              "ring",
+                              "octahedron-wire",
+                              "octahedron-filled",
+                              "tetrahedron-wire",
+                              "tetrahedron-filled",
+                              "line-dashed",
+                              "polygon-halftone",
+                              "light-spot",
+                              "lit-scene",
+                              "nurbs-patch",
+                              "gallery"};
+    const QStringList files = QDir(folder).entryList({QStringLiteral("*.png")});
+    for (const char* name : expected)
+        EXPECT_TRUE(files.contains(QString::fromLatin1(name) + QStringLiteral(".png"))) << name;
+    std::vector<QImage> seen;
+    for (const QString& file : files) {
+        const QImage image = QImage(QDir(folder).filePath(file)).convertToFormat(QImage::Format_RGB32);
+        ASSERT_FALSE(image.isNull()) << file.toStdString();
+        QImage blank(image.size(), QImage::Format_RGB32);
+        blank.fill(image.pixel(0, 0));
+        EXPECT_GT(differingPixels(image, blank), image.width() * image.height() / 100) << file.toStdString();
+        EXPECT_EQ(std::count(seen.begin(), seen.end(), image), 0) << file.toStdString() << " is drawn twice";
+        seen.push_back(image);
     }
 }
 
@@ -162,9 +247,12 @@ TEST_F(Portview, FailuresAreOneSentenceAndStatus1)
         {{"--snapshot", "/dev/full"},
          normal,
          QStringLiteral("portview: cannot write /dev/full: No space left on device.\n")},
-        {{"--shading", "smooth"},
+        {{"--gallery", "/dev/null/pictures"},
+         normal,
+         QStringLiteral("portview: cannot make the folder /dev/null/pictures.\n")},
+        {{"--shading", "round"},
          noDisplay,
-         QStringLiteral("portview: --shading takes wire or flat, not \"smooth\". See portview --help.\n")},
+         QStringLiteral("portview: --shading takes wire, flat or smooth, not \"round\". See portview --help.\n")},
         {{}, noDisplay, QStringLiteral("portview: there is no X display, DISPLAY is not set.\n")},
         {{}, wrongDisplay, QStringLiteral("portview: cannot connect to the X display \":4711\".\n")},
         {{},

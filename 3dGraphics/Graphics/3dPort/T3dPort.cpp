@@ -124,7 +124,6 @@ T3dPort::T3dPort(QWidget* parent, const char* name, bool stereo)
 {
     checkThread();
     fPortFlags.assign(kPortStereoRequested, stereo);
-    fPortFlags.set(kPortFirstPaintPending);
     markInitialized();
     fCoreProfile = Q3dPort::enableGLCoreProfile();
 

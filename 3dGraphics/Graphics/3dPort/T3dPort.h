@@ -268,7 +268,7 @@ public:
     bool isDebuggingPorts() const { return fDebugPorts; }
 
     static const T3dPortPtrArray& allPorts() { return fsAllPorts; }
-    /** GL_RENDERER of the current context. */
+    /** GL_RENDERER of the current context; null without one. */
     static const char* graphicsHardwareString();
 
     // Event commands. Not owned. The pointer and key commands are kept only while their gates are open.
@@ -312,12 +312,8 @@ public:
 #ifndef NDEBUG
         checkThread();
 #endif
-        if (this == fsCurrentPort && isBindingTrusted()) {
-            const std::uint32_t loaded = fsEitherValid[planesRow()];
-            if ((fMatrixValid & loaded) == loaded)
-                return;
-        }
-        bringCurrent();
+        if (!isReady())
+            bringCurrent();
     }
 
     /** Returns the port to its primary context and the main planes. */
@@ -342,18 +338,27 @@ public:
     static void* context() { return nullptr; }
     static void initializeGLLibrary() {}
 
-    /** The port whose context was last made current. */
+    /** The port whose context was last made current; compare it only, for that port may have been destroyed since. */
     static T3dPort* currentPort() { return fsCurrentPort; }
-    /** To be called when something else than a port has bound, released or destroyed a native context. */
-    static void nativeBindingMoved() { fsBindingMoved = true; }
+    /**
+     * To be called when something else than a port has bound, released or destroyed a native context; @p bound is the one
+     * bound since, null when that is not known.
+     */
+    static void nativeBindingMoved(const void* bound = nullptr)
+    {
+        fsTrustedPort = nullptr;
+        fsBoundContext = bound;
+    }
+    /** The native context that is bound, as far as known; null when GLX must be asked. */
+    static const void* knownNativeContext() { return fsBoundContext; }
 
     // Foreign OpenGL code
 
     /**
      * Call before code that calls OpenGL behind the port's back. Makes the port current, with its matrices loaded. The
      * code may change any state, and the bound context too; it must restore what the port does not record: texture
-     * bindings, light parameters, polygon mode and offset, the face culled, point and line smoothing, depth range,
-     * edge flag, OpenGL's own matrix stacks.
+     * bindings, light parameters, colour material, polygon mode and offset, the face culled, point and line smoothing,
+     * depth range, edge flag, OpenGL's own matrix stacks.
      */
     void beginForeignGL();
     /** Call after it: binds the port again and sends all recorded state, so that record and driver agree. */
@@ -423,6 +428,7 @@ public:
     void popMatrix(unsigned n);
     /** The top; the identity when the mode selects no stack. */
     T4dDblMatrix matrix() const;
+    /** Copies the top; leaves @p m alone when the mode selects no stack. */
     void getMatrix(T4dDblMatrix& m) const;
     void loadMatrix(const T4dDblMatrix& m);
     /** top = m x top. */
@@ -473,6 +479,7 @@ public:
 
     /** Puts @p m in the place of the projection when OpenGL is loaded next. The change alone does not cause a load. */
     void beginProjMatrixOverride(const T4dDblMatrix& m);
+    /** Ends it. What is loaded stays loaded until the projection is changed. */
     void endProjMatrixOverride();
     void glLoadModelViewMatrix() const;
     void glLoadMatrices() const;
@@ -666,7 +673,10 @@ public:
      */
     void newList(TglDisplayList& list, TdisplayListMode mode);
     void endList();
-    /** Draws into the buffer's off-screen target from here on, with its rectangle as the port rectangle. */
+    /**
+     * Draws into the buffer's off-screen target from here on, with its rectangle as the port rectangle; the viewport stays.
+     * Until endBuffer no other port may draw, and this one not be made current by hand.
+     */
     void beginBuffer(TglBuffer* buffer);
     void endBuffer(TglBuffer* buffer);
 
@@ -828,14 +838,21 @@ private:
         bool fProjection;
     };
 
-    static bool isBindingTrusted()
+    static bool isHostUnsettled()
     {
-        return !(fsBindingMoved | TglobalTranslatorBase::newingFileCondition() |
-                 TglobalTranslatorBase::flushingSceneCondition());
+        return (unsigned(TglobalTranslatorBase::newingFileCondition()) |
+                unsigned(TglobalTranslatorBase::flushingSceneCondition())) != 0;
+    }
+    /** True if the port can draw into its main planes as things stand; false may mean no more than other planes. */
+    bool isReady() const
+    {
+        return this == fsTrustedPort && !isHostUnsettled() && fDrawingPlanes == kMainPlanes &&
+               (fMatrixValid & fsEitherValid[0]) == fsEitherValid[0];
     }
     int planesRow() const { return fDrawingPlanes == kMainPlanes ? 0 : 1; }
-    void bringCurrent() const;
+    [[gnu::cold]] void bringCurrent() const;
     void sendViewport() const;
+    void noteStray() const;
     static void checkThread();
 
     void closeWidget();
@@ -959,7 +976,9 @@ private:
     static TglColorTablePtrArray& fsAllColorTables;
     static TglColorTable* fsModelViewDefaultColorTable;
     static T3dPort* fsCurrentPort;
-    static bool fsBindingMoved; ///< something else than a port has switched contexts since makeCurrent
+    static T3dPort* fsTrustedPort;     ///< the current port until something else switches contexts; null from then on
+    static const void* fsBoundContext; ///< the native context bound, as far as known
+    static Tarray<const void*>& fsDisturbedContexts; ///< native contexts that got what another port sent
     static bool fsFirstPort;
     static float fsGlobalLineWidth;
     static bool fsSmoothWireFrame;

@@ -83,6 +83,17 @@ void enable(GLenum capability, bool on)
         glDisable(capability);
 }
 
+/** A colour that glColor sets at present is no port's to know (see T3dPort::enableColorMaterial). */
+Values material(GLenum channel, const TportColor& c)
+{
+    GLint tracked = 0;
+    if (glIsEnabled(GL_COLOR_MATERIAL))
+        glGetIntegerv(GL_COLOR_MATERIAL_PARAMETER, &tracked);
+    const auto name = static_cast<GLint>(channel);
+    const bool both = tracked == GL_AMBIENT_AND_DIFFUSE && (name == GL_AMBIENT || name == GL_DIFFUSE);
+    return Values::of(c, 3).when(tracked != name && !both);
+}
+
 void sendMaterial(GLenum channel, const TportColor& c)
 {
     if (isKnown(c))
@@ -206,8 +217,11 @@ const T3dPortAudit::Row T3dPortAudit::Table::fsRows[] = {
      },
      [](const Port& p, const Record&) { p.sendViewport(); }},
     {"current colour", GL_CURRENT_COLOR, kFixed, Kind::kFloat,
-     // Switching index planes records this colour without sending it, in order to forget the one before.
-     [](const Port&, const Record& r) { return Values::of(r.fColor, 3).when(r.fColor != kCtransparent); },
+     // Switching index planes records this colour without sending it, in order to forget the one before. Specular and
+     // emission go through OpenGL's colour without being recorded as it.
+     [](const Port&, const Record& r) {
+         return Values::of(r.fColor, 3).when(r.fColor != kCtransparent && !r.fColorDisturbed);
+     },
      [](const Port&, const Record& r) {
          if (isKnown(r.fColor))
              glColor3fv(&r.fColor.r);
@@ -326,16 +340,16 @@ const T3dPortAudit::Row T3dPortAudit::Table::fsRows[] = {
      [](const Port&, const Record& r) { return Values::of(r.fLocalViewer); },
      [](const Port&, const Record& r) { glLightModelf(GL_LIGHT_MODEL_LOCAL_VIEWER, r.fLocalViewer); }},
     {"ambient material", GL_AMBIENT, kFixed, Kind::kMaterial,
-     [](const Port&, const Record& r) { return Values::of(r.fMaterialAmbient, 3); },
+     [](const Port&, const Record& r) { return material(GL_AMBIENT, r.fMaterialAmbient); },
      [](const Port&, const Record& r) { sendMaterial(GL_AMBIENT, r.fMaterialAmbient); }},
     {"diffuse material", GL_DIFFUSE, kFixed, Kind::kMaterial,
-     [](const Port&, const Record& r) { return Values::of(r.fMaterialDiffuse, 3); },
+     [](const Port&, const Record& r) { return material(GL_DIFFUSE, r.fMaterialDiffuse); },
      [](const Port&, const Record& r) { sendMaterial(GL_DIFFUSE, r.fMaterialDiffuse); }},
     {"specular material", GL_SPECULAR, kFixed, Kind::kMaterial,
-     [](const Port&, const Record& r) { return Values::of(r.fMaterialSpecular, 3); },
+     [](const Port&, const Record& r) { return material(GL_SPECULAR, r.fMaterialSpecular); },
      [](const Port&, const Record& r) { sendMaterial(GL_SPECULAR, r.fMaterialSpecular); }},
     {"emission material", GL_EMISSION, kFixed, Kind::kMaterial,
-     [](const Port&, const Record& r) { return Values::of(r.fMaterialEmission, 3); },
+     [](const Port&, const Record& r) { return material(GL_EMISSION, r.fMaterialEmission); },
      [](const Port&, const Record& r) { sendMaterial(GL_EMISSION, r.fMaterialEmission); }},
     {"shininess", GL_SHININESS, kFixed, Kind::kMaterial,
      [](const Port&, const Record& r) { return Values::of(r.fMaterialShininess); },
@@ -413,7 +427,7 @@ TstringArray T3dPortAudit::differences(const T3dPort& port)
         return found;
     port.setCurrentContext();
     // A hidden widget's context does not get bound: there is nothing to compare with.
-    if (T3dPort::fsBindingMoved)
+    if (!T3dPort::fsTrustedPort)
         return found;
     const bool core = port.isGLCoreViewport();
     for (const Row& row : Table::fsRows) {
@@ -454,6 +468,8 @@ void T3dPortAudit::send(T3dPort& port)
     for (const Row& row : Table::fsRows)
         if (row.fSend && !(core && row.fPipeline == kFixed))
             row.fSend(port, *record);
+    if (isKnown(record->fColor))
+        record->fColorDisturbed = false;
     record->fValidBits.setAll();
     port.fMatrixValid &= ~std::uint32_t(T3dPort::kAllMatricesValid);
 }

@@ -16,7 +16,9 @@
 #include <cstdio>
 
 T3dPort* T3dPort::fsCurrentPort = nullptr;
-bool T3dPort::fsBindingMoved = false;
+T3dPort* T3dPort::fsTrustedPort = nullptr;
+const void* T3dPort::fsBoundContext = nullptr;
+Tarray<const void*>& T3dPort::fsDisturbedContexts = *new Tarray<const void*>;
 
 namespace {
 
@@ -30,43 +32,59 @@ bool isViewportForced()
 
 void T3dPort::makeCurrent() const
 {
+    bool isBound = false; // what the port draws reaches a context of its own, if only for a while
     if (QlirnGLWidget* widget = glWidget()) {
-        const GLXContext bound = glXGetCurrentContext();
+        const GLXContext active = widget->glContext()->getActiveContext();
         bool changed = false;
-        bool isBound = true;
+        bool isActive = false;
         const QlirnGLRenderTarget* target = fQ3dPort->offscreenTarget();
         if (target && target->isInUse()) {
             if (fDebugPorts)
                 std::printf("Using offscreen. Disallow make current\n");
             changed = true;
-        } else if (const GLXContext active = widget->glContext()->getActiveContext()) {
+            isBound = true;
+        } else if (active) {
+            // Where another context is known to be bound, GLX need not be asked, which would cost a third of the switch.
+            const void* known = isHostUnsettled() ? nullptr : fsBoundContext;
+            const void* bound = known && known != active ? known : glXGetCurrentContext();
             if (active != bound) {
                 if (fDebugPorts)
-                    std::printf("T3dPort::makeCurrent %p -> %p\n", static_cast<void*>(bound),
-                                static_cast<void*>(active));
+                    std::printf("T3dPort::makeCurrent %p -> %p\n", bound, static_cast<void*>(active));
                 widget->makeCurrent();
                 changed = true;
-                isBound = widget->isRenderingPixmap() || glXGetCurrentContext() == active;
             }
-        } else {
-            isBound = false;
+            isActive = !changed || widget->glContext()->isCurrent();
+            isBound = isActive || widget->isRenderingPixmap();
         }
         const bool forced = isViewportForced();
+        if (isActive && !fsDisturbedContexts.isEmpty() && fsDisturbedContexts.removeItem(active))
+            T3dPortAudit::send(const_cast<T3dPort&>(*this));
         if (changed || forced) {
             sendViewport();
             fMatrixValid &= ~std::uint32_t(kAllMatricesValid);
         }
-        // A hidden widget, or one without context, leaves another context bound: nobody may take that for his own.
-        fsBindingMoved = !isBound;
+        if (!isBound)
+            noteStray();
     }
+    fsTrustedPort = isBound ? const_cast<T3dPort*>(this) : nullptr;
     fsCurrentPort = const_cast<T3dPort*>(this);
+}
+
+void T3dPort::noteStray() const
+{
+    // A port that cannot bind its context (its widget is hidden, or there was no visual) sends to the one that happens to
+    // be bound. The port of that one sends its state again before it draws next.
+    const void* bound = glXGetCurrentContext();
+    if (bound && fsDisturbedContexts.find(bound) < 0)
+        fsDisturbedContexts.append(bound);
+    fsTrustedPort = nullptr;
 }
 
 void T3dPort::bringCurrent() const
 {
     if (!glWidget())
         return;
-    if (this != fsCurrentPort || !isBindingTrusted())
+    if (this != fsTrustedPort || isHostUnsettled())
         makeCurrent();
     const std::uint32_t loaded = fsEitherValid[planesRow()];
     if ((fMatrixValid & loaded) != loaded)
@@ -189,7 +207,7 @@ void T3dPort::endForeignGL()
     nativeBindingMoved();
     makeCurrent();
     // Without the port's own context bound the state would go to somebody else's.
-    if (glWidget() && !fsBindingMoved)
+    if (glWidget() && fsTrustedPort)
         resendState();
 }
 

@@ -83,6 +83,17 @@ void emitCircle(bool filled)
     glEnd();
 }
 
+void drawCircle(bool filled, bool draw)
+{
+    if (T3dPort::fsDepreciateFixedFunction) {
+        drawCircleArrays(filled, draw);
+        return;
+    }
+    static TglDisplayList outline;
+    static TglDisplayList disc;
+    drawCompiled(filled ? disc : outline, draw, [filled] { emitCircle(filled); });
+}
+
 /** Whole steps in an angle. Arcs of very many turns are cut to some, which end where the whole arc would. */
 int arcSteps(double degrees)
 {
@@ -147,19 +158,13 @@ void T3dPort::line(float x1, float y1, float x2, float y2)
 void T3dPort::circle(bool filled, bool draw)
 {
     setCurrentContext();
-    if (fsDepreciateFixedFunction) {
-        drawCircleArrays(filled, draw);
-        return;
-    }
-    static TglDisplayList outline;
-    static TglDisplayList disc;
-    drawCompiled(filled ? disc : outline, draw, [filled] { emitCircle(filled); });
+    drawCircle(filled, draw);
 }
 
 void T3dPort::circle(const T4dDblPoint& centre, float radius, bool filled)
 {
     setCurrentContext();
-    drawPlaced(centre, radius, radius, radius, [&] { circle(filled, true); });
+    drawPlaced(centre, radius, radius, radius, [&] { drawCircle(filled, true); });
 }
 
 void T3dPort::arc(const T4dDblPoint& centre, float radius, double startDegrees, double endDegrees, bool filled)

@@ -23,7 +23,12 @@ template <class Send> void callOrCompile(TcountedPtr<TglListId>& list, Send send
         send(); // lists do not nest
         return;
     }
-    list.reset(new TglListId(1));
+    TcountedPtr<TglListId> made(new TglListId(1));
+    if (made->first() == 0) {
+        send(); // no names left, or no context to have any; the next use tries again
+        return;
+    }
+    list = made;
     glNewList(list->first(), GL_COMPILE_AND_EXECUTE);
     send();
     glEndList();
@@ -61,7 +66,7 @@ void T3dPort::newList(TglDisplayList& list, TdisplayListMode mode)
 {
     setCurrentContext();
     fCompiledList = &list;
-    if (!list.fList || list.fList->isShared())
+    if (list.name() == 0 || list.fList->isShared())
         list.fList.reset(new TglListId(1));
     glNewList(list.name(), mode);
 }
@@ -77,7 +82,14 @@ void T3dPort::beginBuffer(TglBuffer* buffer)
     if (!buffer)
         return;
     if (buffer->hasTarget()) {
+        setCurrentContext();
         buffer->bindTarget();
+        if (buffer->hasOwnContext() && buffer->isBound()) {
+            // Drawing stays in the buffer's context, which knows nothing of what is recorded.
+            fsTrustedPort = glWidget() ? this : nullptr;
+            fsBoundContext = nullptr;
+            resendState();
+        }
         pushPortRect(buffer->targetRect());
     }
     buffer->beginBufferNotify();
@@ -94,6 +106,8 @@ void T3dPort::endBuffer(TglBuffer* buffer)
     buffer->endBufferNotify();
     if (buffer->hasTarget()) {
         buffer->releaseTarget();
+        if (buffer->hasOwnContext())
+            endForeignGL();
         popPortRect();
     }
 }

@@ -76,7 +76,10 @@ const T4dDblMatrix* T3dPort::selectedTop() const
 
 void T3dPort::pushOn(T4dDblMatrixArray& stack, T4dDblMatrix*& top)
 {
-    stack.append(stack.isEmpty() ? T4dDblMatrix() : stack.last());
+    if (stack.isEmpty())
+        stack.append(T4dDblMatrix());
+    else
+        stack.append(stack.last());
     top = &stack.last();
 }
 

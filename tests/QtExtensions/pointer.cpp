@@ -1,0 +1,173 @@
+// Events of the pointer as the X server makes them, and device pixels at every scale.
+
+#include <QApplication>
+#include <QX11Info>
+
+#include "QtExtensions/QlirnGLWidget.h"
+
+#include "QtExtensions/OwnProcess.h"
+#include "QtExtensions/RecordingPort.h"
+#include "support/PortWindow.h"
+#include "support/XEvents.h"
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+// Last, for its macros.
+#include <X11/extensions/XTest.h>
+
+#include <cstdlib>
+
+namespace {
+
+using ::testing::ElementsAre;
+
+Display* display()
+{
+    return QX11Info::display();
+}
+
+/** Where the upper left corner of the port's own window is on the screen, asked of the server. */
+QPoint cornerOf(const T3dPort& port)
+{
+    ::Window child = 0;
+    int x = 0;
+    int y = 0;
+    XTranslateCoordinates(display(), port.glWidget()->glWindow(), DefaultRootWindow(display()), 0, 0, &x, &y, &child);
+    return QPoint(x, y);
+}
+
+QSize sizeOf(const T3dPort& port)
+{
+    XWindowAttributes attributes;
+    XGetWindowAttributes(display(), port.glWidget()->glWindow(), &attributes);
+    return QSize(attributes.width, attributes.height);
+}
+
+/** Presses, moves and turns in device pixels of the screen. */
+struct Hand
+{
+    ~Hand() { to(QPoint(DisplayWidth(display(), 0) - 1, DisplayHeight(display(), 0) - 1)); }
+
+    void to(const QPoint& at) const
+    {
+        XTestFakeMotionEvent(display(), -1, at.x(), at.y(), CurrentTime);
+        XSync(display(), 0);
+    }
+    void button(unsigned number, bool down) const
+    {
+        XTestFakeButtonEvent(display(), number, down, CurrentTime);
+        XSync(display(), 0);
+    }
+};
+
+class PointerRealEvents : public ::testing::Test
+{
+protected:
+    RecordingPort& port() { return fWindow.port(); }
+
+    void SetUp() override
+    {
+        fHand.to(QPoint(DisplayWidth(display(), 0) - 1, DisplayHeight(display(), 0) - 1));
+        fWindow.window().move(31, 17);
+        ASSERT_TRUE(fWindow.show());
+        port().forget();
+    }
+
+    /** The next @p count handler calls. */
+    std::vector<std::string> next(std::size_t count)
+    {
+        waitFor([&] { return port().calls().size() >= count; });
+        settle();
+        return port().take();
+    }
+
+    PortWindow<RecordingPort> fWindow{160, 120, Buffering::kDouble};
+    Hand fHand;
+};
+
+TEST_F(PointerRealEvents, ReachTheHandlers)
+{
+    const QPoint corner = cornerOf(port());
+    fHand.to(corner + QPoint(40, 30));
+    EXPECT_THAT(next(2), ElementsAre("enter 0 (0,0)", "move 0 (40,30)"));
+    fHand.button(1, true);
+    fHand.to(corner + QPoint(50, 35));
+    fHand.button(3, true);
+    fHand.to(corner + QPoint(51, 36));
+    fHand.button(3, false);
+    fHand.button(1, false);
+    EXPECT_THAT(next(4), ElementsAre("press 1 (40,30)", "drag 1 (50,35)", "drag 1 (51,36)", "release 1 (51,36)"));
+    fHand.button(4, true);
+    fHand.button(4, false);
+    ASSERT_TRUE(waitFor([&] { return port().calls().size() == 1; }));
+    EXPECT_EQ(port().calls()[0].event.mouseDelta(), 120);
+    EXPECT_THAT(next(1), ElementsAre("wheel 0 (51,36)"));
+    // The pointer held down keeps the port's events outside of it.
+    fHand.button(2, true);
+    fHand.to(corner + QPoint(-10, 200));
+    fHand.button(2, false);
+    const std::vector<std::string> dragged = next(3);
+    ASSERT_GE(dragged.size(), 3u);
+    EXPECT_EQ(dragged[0], "press 2 (51,36)");
+    EXPECT_EQ(dragged[1], "drag 2 (-10,200)");
+    EXPECT_THAT(dragged, ::testing::Contains("release 2 (-10,200)"));
+    EXPECT_TRUE(waitFor([&] { return dragged.back().substr(0, 4) == "exit" || !port().take().empty(); }));
+}
+
+TEST_F(PointerRealEvents, DoubleClick)
+{
+    fHand.to(cornerOf(port()) + QPoint(20, 25));
+    next(2);
+    for (const bool down : {true, false, true, false})
+        fHand.button(1, down);
+    EXPECT_THAT(next(4),
+                ElementsAre("press 1 (20,25)", "release 1 (20,25)", "double 1 (20,25)", "release 1 (20,25)"));
+}
+
+// Rectangle, viewport, window and pointer in the same pixels.
+TEST_F(PointerRealEvents, AreInDevicePixelsAtEveryScale)
+{
+    if (!isRerun()) {
+        for (const char* scale : {"1", "1.5", "2"})
+            rerun({{"QT_SCALE_FACTOR", scale}});
+        return;
+    }
+    const double scale = std::atof(std::getenv("QT_SCALE_FACTOR"));
+    QApplication::setDoubleClickInterval(0);
+    for (const QSize& size : {QSize(160, 120), QSize(133, 77)}) {
+        fWindow.window().resize(size);
+        settle();
+        const QSize device(qRound(size.width() * scale), qRound(size.height() * scale));
+        EXPECT_EQ(sizeOf(port()), device);
+        for (const TportRect& r : {port().portRect(), port().viewport()})
+            EXPECT_EQ(QRect(r.left, r.bottom, r.width(), r.height()), QRect(QPoint(0, 0), device));
+        port().setCurrentContext();
+        GLint viewport[4] = {};
+        glGetIntegerv(GL_VIEWPORT, viewport);
+        EXPECT_EQ(QRect(viewport[0], viewport[1], viewport[2], viewport[3]), QRect(QPoint(0, 0), device));
+
+        const QPoint corner = cornerOf(port());
+        for (const QPoint& p : {QPoint(1, 1), QPoint(7, 5), QPoint(30, 21), QPoint(31, 22), QPoint(32, 23),
+                                QPoint(device.width() - 1, device.height() - 1)}) {
+            fHand.to(corner + p);
+            settle();
+            port().forget();
+            fHand.button(1, true);
+            fHand.button(1, false);
+            ASSERT_TRUE(waitFor([&] { return port().calls().size() >= 2; }));
+            const Tevent& event = port().calls()[0].event;
+            EXPECT_EQ(QPoint(event.getLocalPosition(1).x, event.getLocalPosition(1).y), p);
+            EXPECT_EQ(QPoint(event.getGlobalPosition().x, event.getGlobalPosition().y), corner + p);
+            EXPECT_EQ(QPoint(port().calls()[1].event.getLocalPosition(1).x,
+                             port().calls()[1].event.getLocalPosition(1).y),
+                      p);
+            port().forget();
+        }
+        Tpoint absolute;
+        port().getPositionAbs(absolute);
+        EXPECT_LE((QPoint(absolute.x, absolute.y) - corner).manhattanLength(), scale == 1 ? 0 : 1);
+    }
+}
+
+} // namespace

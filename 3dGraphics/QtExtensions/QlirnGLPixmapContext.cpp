@@ -23,6 +23,7 @@ GLXFBConfig chooseConfig(Display* display, QGLFormat format)
 {
     do {
         const int accum = wantedSize(format.accum(), format.accumBufferSize());
+        const int wantedAlpha = wantedSize(format.alpha(), format.alphaBufferSize());
         const int attribs[] = {
             GLX_DRAWABLE_TYPE, GLX_PBUFFER_BIT,
             GLX_RENDER_TYPE, GLX_RGBA_BIT,
@@ -30,7 +31,7 @@ GLXFBConfig chooseConfig(Display* display, QGLFormat format)
             GLX_RED_SIZE, QlirnGLContextLinux::withDefault(format.redBufferSize(), 8),
             GLX_GREEN_SIZE, QlirnGLContextLinux::withDefault(format.greenBufferSize(), 8),
             GLX_BLUE_SIZE, QlirnGLContextLinux::withDefault(format.blueBufferSize(), 8),
-            GLX_ALPHA_SIZE, wantedSize(format.alpha(), format.alphaBufferSize()),
+            GLX_ALPHA_SIZE, wantedAlpha,
             GLX_DEPTH_SIZE, wantedSize(format.depth(), format.depthBufferSize()),
             GLX_STENCIL_SIZE, wantedSize(format.stencil(), format.stencilBufferSize()),
             GLX_ACCUM_RED_SIZE, accum,
@@ -39,7 +40,15 @@ GLXFBConfig chooseConfig(Display* display, QGLFormat format)
             0};
         int count = 0;
         if (GLXFBConfig* configs = glXChooseFBConfig(display, QX11Info::appScreen(), attribs, &count)) {
-            const GLXFBConfig config = count > 0 ? configs[0] : nullptr;
+            // GLX sorts the largest colour buffers to the front; a port's bit depths are those of its window.
+            GLXFBConfig config = count > 0 ? configs[0] : nullptr;
+            for (int i = 0; i < count; ++i) {
+                int alpha = 0;
+                if (glXGetFBConfigAttrib(display, configs[i], GLX_ALPHA_SIZE, &alpha) == 0 && alpha == wantedAlpha) {
+                    config = configs[i];
+                    break;
+                }
+            }
             XFree(configs);
             if (config)
                 return config;

@@ -454,7 +454,7 @@ struct RingPoints
     float fPoints[kCirclePoints + 1][2];
 };
 
-// The unit shapes. Placed ones draw these too: what makes a port current may load matrices, which would undo the placing.
+// The unit shapes. Placed ones draw these too: making a port current may load matrices, which would undo the placing.
 
 void drawBox(bool filled)
 {

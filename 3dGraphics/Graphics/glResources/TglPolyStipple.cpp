@@ -33,7 +33,7 @@ TglPolyStipple::TglPolyStipple(const unsigned char* bytes, int count)
     } else if (bytes && count == 8) {
         // In steps of seven rows, so that a later byte overwrites where two meet.
         for (int i = 0; i < 8; ++i)
-            for (int row = i; row < (i < 4 ? 29 + i : 22 + i); row += 7)
+            for (int row = i; row < kRows; row += 7)
                 fillRow(row, bytes[i], bytes[i]);
     } else {
         std::fill(std::begin(fMask), std::end(fMask), static_cast<unsigned char>(0xFF));

@@ -1,6 +1,9 @@
 #pragma once
 
 #include "support/GlRecorder.h"
+#include "support/PortWindow.h"
+
+#include <gtest/gtest.h>
 
 #include <string>
 #include <vector>
@@ -25,3 +28,18 @@ inline std::vector<std::string> from(const std::string& name, const std::vector<
             return std::vector<std::string>(call, calls.end());
     return {};
 }
+
+/** A port of 40 x 30 pixels that is shown and current. */
+class ShownPort : public testing::Test
+{
+protected:
+    void SetUp() override
+    {
+        ASSERT_TRUE(fWindow.show());
+        port().setCurrentContext();
+    }
+
+    T3dPort& port() { return fWindow.port(); }
+
+    PortWindow<> fWindow{40, 30};
+};

@@ -7,12 +7,15 @@
 #include <GL/gl.h>
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <cmath>
 #include <cstdlib>
 #include <cstring>
 #include <functional>
 #include <ostream>
+#include <set>
 #include <string>
+#include <utility>
 #include <vector>
 
 using Calls = std::vector<std::string>;
@@ -54,12 +57,18 @@ inline Xyz turned(const Xyz& p, double degrees)
     return {p.x * c - p.y * s, p.x * s + p.y * c, p.z};
 }
 
+// What is computed in double precision has to arrive so.
+constexpr double kDoubles = 1e-12;
+constexpr double kFloats = 3e-7;
+
 /** A vertex, and the normal and edge flag it got. Without a normal sent before it has the null vector. */
 struct SentVertex
 {
     Xyz at;
     Xyz normal;
     bool edge = true;
+    double precision = kDoubles; ///< in which the vertex was sent
+    double normalPrecision = kDoubles;
 };
 
 struct SentPrimitive
@@ -79,6 +88,7 @@ inline Sent sentBy(const Calls& calls)
 {
     Sent sent;
     Xyz normal;
+    double normalPrecision = kDoubles;
     bool edge = true;
     bool inside = false;
     for (const std::string& call : calls) {
@@ -105,10 +115,12 @@ inline Sent sentBy(const Calls& calls)
                 text = end;
             }
             const Xyz xyz{values[0], values[1], values[2]};
-            if (isA("glNormal3"))
+            const double precision = name.find('f', 7) == std::string::npos ? kDoubles : kFloats;
+            if (isA("glNormal3")) {
                 normal = xyz;
-            else if (inside)
-                sent.primitives.back().vertices.push_back({xyz, normal, edge});
+                normalPrecision = precision;
+            } else if (inside)
+                sent.primitives.back().vertices.push_back({xyz, normal, edge, precision, normalPrecision});
             else
                 ADD_FAILURE() << call << " outside of glBegin and glEnd";
         } else {
@@ -120,8 +132,7 @@ inline Sent sentBy(const Calls& calls)
 }
 
 /** Compares modes, order, positions, normals and edge flags. */
-inline void expectSent(const std::vector<SentPrimitive>& wanted, const std::vector<SentPrimitive>& got,
-                       double tolerance = 1e-12)
+inline void expectSent(const std::vector<SentPrimitive>& wanted, const std::vector<SentPrimitive>& got)
 {
     ASSERT_EQ(wanted.size(), got.size());
     for (std::size_t i = 0; i < wanted.size(); ++i) {
@@ -131,8 +142,8 @@ inline void expectSent(const std::vector<SentPrimitive>& wanted, const std::vect
         for (std::size_t k = 0; k < wanted[i].vertices.size(); ++k) {
             const SentVertex& w = wanted[i].vertices[k];
             const SentVertex& g = got[i].vertices[k];
-            EXPECT_TRUE(isNear(w.at, g.at, tolerance)) << "vertex " << k << " is " << g.at << " and not " << w.at;
-            EXPECT_TRUE(isNear(w.normal, g.normal, tolerance))
+            EXPECT_TRUE(isNear(w.at, g.at, g.precision)) << "vertex " << k << " is " << g.at << " and not " << w.at;
+            EXPECT_TRUE(isNear(w.normal, g.normal, g.normalPrecision))
                 << "normal " << k << " is " << g.normal << " and not " << w.normal;
             EXPECT_EQ(w.edge, g.edge) << "edge flag " << k;
         }
@@ -146,6 +157,43 @@ inline std::vector<SentVertex> with(const Xyz& normal, const std::vector<Xyz>& p
     for (const Xyz& point : points)
         vertices.push_back({point, normal});
     return vertices;
+}
+
+/** Points told apart by their places. */
+class Corners
+{
+public:
+    int operator[](const Xyz& p)
+    {
+        for (std::size_t i = 0; i < fPoints.size(); ++i)
+            if (isNear(fPoints[i], p, kTolerance))
+                return int(i);
+        fPoints.push_back(p);
+        return int(fPoints.size()) - 1;
+    }
+    int count() const { return int(fPoints.size()); }
+
+private:
+    static constexpr double kTolerance = 1e-5;
+    std::vector<Xyz> fPoints;
+};
+
+/** Numbers of corners: all around a face, or the two ends of a line. */
+using Face = std::vector<int>;
+using Edge = std::pair<int, int>;
+
+/** The directed edges around the area that @p pieces cover; those between two pieces cancel out. */
+inline std::set<Edge> boundaryOf(const std::vector<Face>& pieces)
+{
+    std::set<Edge> boundary;
+    for (const Face& piece : pieces) {
+        for (std::size_t i = 0; i < piece.size(); ++i) {
+            const Edge edge(piece[i], piece[(i + 1) % piece.size()]);
+            if (boundary.erase({edge.second, edge.first}) == 0)
+                boundary.insert(edge);
+        }
+    }
+    return boundary;
 }
 
 /** A port in a small window, current, with what it sees of z = 0 from -2 to 2 in x and y. */
@@ -199,6 +247,29 @@ protected:
         return pixels;
     }
     std::vector<QRgb> pixelsOf(const Draw& draw) { return pixelsOf(port(), draw); }
+
+    /**
+     * What OpenGL makes of the arrays that @p draw sends, in their order: lines, and polygons that are cut as the
+     * driver likes. Not for shapes sent vertex by vertex, of which the driver would keep memory in this mode.
+     */
+    std::vector<Face> fedBack(const Draw& draw, Corners& corners)
+    {
+        std::vector<float> buffer(5000);
+        glFeedbackBuffer(GLsizei(buffer.size()), GL_3D, buffer.data());
+        glRenderMode(GL_FEEDBACK);
+        draw(port());
+        buffer.resize(std::size_t(std::max(glRenderMode(GL_RENDER), 0)));
+        std::vector<Face> pieces;
+        for (std::size_t i = 0; i < buffer.size();) {
+            const auto token = GLenum(buffer[i++]);
+            const std::size_t count = token == GL_POLYGON_TOKEN ? std::size_t(buffer[i++]) : 2;
+            pieces.emplace_back();
+            for (std::size_t k = 0; k < count && i + 2 < buffer.size(); ++k, i += 3)
+                pieces.back().push_back(
+                    corners[{4.0 * buffer[i] / kSize - 2, 4.0 * buffer[i + 1] / kSize - 2, 4 - 8.0 * buffer[i + 2]}]);
+        }
+        return pieces;
+    }
 
     /** How much of the 4 by 4 units seen is not black. */
     double areaOf(const Draw& draw)

@@ -1,32 +1,16 @@
 #include "3dPort/Calls.h"
-#include "support/GlRecorder.h"
 #include "support/HostProbes.h"
-#include "support/PortWindow.h"
 #include "support/T3dPortProbe.h"
 
-#include "Graphics/3dPort/TglLight.h"
 #include "QtExtensions/Q3dPort.h"
 #include "QtExtensions/QlirnGLWidget.h"
-#include "foundation/Tmetaclass.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-#include <algorithm>
 #include <cstring>
 
-using testing::ElementsAre;
 using testing::HasSubstr;
-
-namespace {
-
-std::vector<std::string> primedPolygonOffset()
-{
-    return {"glEnable(GL_POLYGON_OFFSET_FILL)", "glPolygonOffset(0.95, 1)", "glDisable(GL_POLYGON_OFFSET_FILL)",
-            "glDisable(GL_POLYGON_OFFSET_LINE)", "glDisable(GL_POLYGON_OFFSET_POINT)"};
-}
-
-} // namespace
 
 TEST(PortConstruction, SendsItsInitialStateInOrder)
 {
@@ -38,13 +22,10 @@ TEST(PortConstruction, SendsItsInitialStateInOrder)
 
     std::vector<std::string> expected = {
         "glEnable(GL_NORMALIZE)",
-        "glMatrixMode(GL_PROJECTION)",
-        kLoadIdentity,
-        "glMatrixMode(GL_MODELVIEW)",
-        kLoadIdentity,
+        "glMatrixMode(GL_PROJECTION)", kLoadIdentity,
+        "glMatrixMode(GL_MODELVIEW)", kLoadIdentity,
         "glClearColor(0.75, 0.75, 0.75, 1)",
-        "glColor3fv([1 1 1])",
-        "glColor3fv([0 0 0])",
+        "glColor3fv([1 1 1])", "glColor3fv([0 0 0])",
         "glEnable(GL_NORMALIZE)",
         "glShadeModel(GL_FLAT)",
         "glDisable(GL_DITHER)",
@@ -52,133 +33,19 @@ TEST(PortConstruction, SendsItsInitialStateInOrder)
     };
     // Once with the context's first binding, once by the constructor, which finds two-sided lighting on already.
     for (int i = 0; i < 2; ++i)
-        for (const std::string& call : primedPolygonOffset())
+        for (const char* call : {"glEnable(GL_POLYGON_OFFSET_FILL)", "glPolygonOffset(0.95, 1)",
+                                 "glDisable(GL_POLYGON_OFFSET_FILL)", "glDisable(GL_POLYGON_OFFSET_LINE)",
+                                 "glDisable(GL_POLYGON_OFFSET_POINT)"})
             expected.push_back(call);
     EXPECT_EQ(glCalls(recorder), expected);
     EXPECT_EQ(recorder.count("glXMakeCurrent"), 1);
     EXPECT_EQ(recorder.count("glXCreateContext"), 1);
 }
 
-TEST(PortConstruction, BuffersAreInitializedFromAnyRecord)
-{
-    PortWindow<> made(60, 40);
-    T3dPort& port = made.port();
-    port.clearColor(TportColor(0, 0, 0, 1));
-    port.color(TportColor(0, 0, 0, 1));
-    port.shadeModel(T3dPort::kShadeSmooth);
-    port.setDrawingPlanes(T3dPort::kSecondPlanes);
-    TglContext& context = *T3dPortProbe::context(port);
-    context.fDirtyBits.set(TglContext::kDitheringOn);
-
-    GlRecorder recorder;
-    recorder.start();
-    port.initBuffer();
-    recorder.stop();
-
-    std::vector<std::string> expected = {"glClearColor(0.75, 0.75, 0.75, 1)",
-                                         "glColor3fv([1 1 1])",
-                                         "glColor3fv([0 0 0])",
-                                         "glEnable(GL_NORMALIZE)",
-                                         "glShadeModel(GL_FLAT)",
-                                         "glDisable(GL_DITHER)",
-                                         "glDisable(GL_DITHER)"};
-    for (const std::string& call : primedPolygonOffset())
-        expected.push_back(call);
-    EXPECT_EQ(recorder.count("glXMakeCurrent"), 0);
-    EXPECT_EQ(glCalls(recorder), expected);
-    EXPECT_EQ(port.drawingPlanes(), T3dPort::kMainPlanes);
-    EXPECT_EQ(context.fHardwareIndex, TglContext::kUnknownIndex);
-    EXPECT_EQ(port.stateDifferences().length(), 0u);
-}
-
-TEST(PortConstruction, AsksForStereoOnlyWhereItWasRequested)
-{
-    const PortWindow<> hardwareIsKnown(60, 40);
-    struct Row
-    {
-        bool requested;
-        int queries; ///< by initBuffer and by the constructor
-    };
-    for (const Row row : {Row{false, 0}, Row{true, 2}}) {
-        QWidget window;
-        GlRecorder recorder;
-        recorder.start();
-        T3dPort port(&window, "testPort", row.requested);
-        recorder.stop();
-        EXPECT_EQ(recorder.count("glGetBooleanv"), row.queries) << recorder.text();
-        EXPECT_EQ(port.portFlags().test(T3dPort::kPortStereoRequested), row.requested);
-        EXPECT_EQ(T3dPortProbe::context(port)->fDirtyBits.test(TglContext::kIsStereo), row.requested);
-        GLboolean stereo = GL_FALSE;
-        glGetBooleanv(GL_STEREO, &stereo);
-        EXPECT_EQ(port.portFlags().test(T3dPort::kPortStereoActive), stereo != GL_FALSE);
-    }
-}
-
-TEST(PortConstruction, QueriesTheHardwareOnce)
-{
-    GlRecorder recorder;
-    recorder.start();
-    const PortWindow<> first(60, 40);
-    const auto asked = [&recorder](const char* call) {
-        return std::count(recorder.calls().begin(), recorder.calls().end(), call);
-    };
-    EXPECT_EQ(asked("glGetString(GL_EXTENSIONS)"), 1);
-    EXPECT_EQ(asked("glGetString(GL_RENDERER)"), 1);
-    const unsigned* const selectBuffer = T3dPort::fsSelectBuffer;
-    EXPECT_NE(selectBuffer, nullptr);
-
-    recorder.start();
-    const PortWindow<> second(60, 40);
-    EXPECT_EQ(recorder.count("glGetString"), 0);
-    EXPECT_EQ(T3dPort::fsSelectBuffer, selectBuffer);
-    EXPECT_GE(T3dPort::fRegisteredRenderers.find("base_OpenGL_Renderer"), 0);
-    EXPECT_EQ(T3dPort::fRegisteredRenderers.length(), 1u);
-}
-
-TEST(PortConstruction, LeavesThePortWithItsDefaults)
-{
-    T3dPort::fsSecondaryBufferAsPrimary = true;
-    PortWindow<> made(60, 40);
-    const T3dPort& port = made.port();
-
-    EXPECT_FALSE(T3dPort::fsSecondaryBufferAsPrimary);
-    EXPECT_EQ(T3dPortProbe::flags(port), 0x200402u);
-    EXPECT_TRUE(port.isOpen());
-    EXPECT_FALSE(port.isStowed());
-    EXPECT_TRUE(port.isInitialized());
-    EXPECT_STREQ(port.rendererName().asChar(), "base_OpenGL_Renderer");
-    EXPECT_EQ(port.portRect(), TportRect(0, 0, 1, 1));
-    EXPECT_EQ(port.viewport(), TportRect());
-    EXPECT_EQ(T3dPortProbe::viewportCount(port), 1u);
-    EXPECT_FALSE(port.isDoubleBuffered());
-    EXPECT_TRUE(T3dPortProbe::twoSidedLighting(port));
-    EXPECT_FALSE(T3dPortProbe::polygonOffsetFillOn(port));
-
-    const TglContext* context = T3dPortProbe::context(port);
-    ASSERT_NE(context, nullptr);
-    EXPECT_EQ(context, T3dPortProbe::primaryContext(port));
-    EXPECT_EQ(context, T3dPortProbe::allContexts().last());
-    EXPECT_EQ(context->fDirtyBits.value() & 0x1FFF, 0x18u) << "depth and double buffer, as asked for, not as obtained";
-
-    const TglLight* light = T3dPortProbe::defaultLight(port);
-    ASSERT_NE(light, nullptr);
-    EXPECT_EQ(light->fPort, &port);
-    EXPECT_EQ(light->fType, TglLight::kSpot);
-
-    bool created = true;
-    EXPECT_EQ(T3dPortProbe::activeColorTable(port), T3dPort::getColorTable(2048, created));
-    EXPECT_FALSE(created);
-    EXPECT_EQ(T3dPortProbe::colorIndexSpan(port), 2 + 31 + 31 - 1);
-
-    EXPECT_EQ(T3dPort::currentPort(), &port);
-    EXPECT_EQ(made.window().findChild<QWidget*>("")->property("LirnPort").value<void*>(), &port);
-    EXPECT_EQ(port.stateDifferences().length(), 0u);
-}
-
 TEST(PortConstruction, AsksForTheBuffersThatItsResourcesName)
 {
     const PortWindow<> hardwareIsKnown(60, 40);
-    constexpr const char* kPlain = "GLX_RGBA GLX_RED_SIZE=8 GLX_GREEN_SIZE=8 GLX_BLUE_SIZE=8 GLX_BUFFER_SIZE=24";
+    const std::string plain = "GLX_RGBA GLX_RED_SIZE=8 GLX_GREEN_SIZE=8 GLX_BLUE_SIZE=8 GLX_BUFFER_SIZE=24";
     struct Row
     {
         const char* key;
@@ -186,11 +53,9 @@ TEST(PortConstruction, AsksForTheBuffersThatItsResourcesName)
         std::string list;
         bool stencilDisabled = false;
     };
-    const std::string plain = kPlain;
     const Row rows[] = {
         {"", "", "[" + plain + " GLX_DEPTH_SIZE=24]"},
         {"saFrameBufferMode", "DOUBLE", "[GLX_DOUBLEBUFFER " + plain + " GLX_DEPTH_SIZE=24]"},
-        {"saFrameBufferMode", "triple", "[" + plain + " GLX_DEPTH_SIZE=24]"},
         {"saZbuffer", "0", "[" + plain + "]"},
         {"saStencilbuffer", "1", "[" + plain + " GLX_STENCIL_SIZE=8 GLX_DEPTH_SIZE=24]"},
         {"saStencilbuffer", "1", "[" + plain + " GLX_DEPTH_SIZE=24]", true},
@@ -221,8 +86,6 @@ TEST(PortConstruction, ACoreProfilePortSendsNoFixedFunctionState)
     Q3dPort::setUseGLCoreProfile(true);
     PortWindow<> made(60, 40);
     T3dPort& port = made.port();
-    ASSERT_TRUE(port.isOpen());
-    ASSERT_TRUE(port.isGLCoreViewport());
     port.glWidget()->resize(48, 32);
     GlRecorder recorder;
     recorder.start();
@@ -237,7 +100,6 @@ TEST(PortConstruction, ACoreProfilePortSendsNoFixedFunctionState)
                                          testing::StartsWith("glViewport("), testing::StartsWith("glDrawBuffer(")));
     }
     EXPECT_EQ(port.portRect(), TportRect(0, 0, 48, 32));
-    EXPECT_EQ(port.mainDepth(), 0) << "depths are not read";
 }
 
 TEST(PortConstruction, KeepsOrderOfFields)
@@ -265,42 +127,23 @@ template <class F> std::ptrdiff_t slotOf(F function)
 TEST(PortConstruction, KeepsOrderOfVirtualOperations)
 {
     const std::ptrdiff_t overridden[] = {
-        slotOf(&T3dPort::typeof),
-        slotOf(&T3dPort::cast),
-        slotOf(&T3dPort::doPress),
-        slotOf(&T3dPort::doDoubleClick),
-        slotOf(&T3dPort::doUpdate),
-        slotOf(&T3dPort::doEnterRegion),
-        slotOf(&T3dPort::doExitRegion),
-        slotOf(&T3dPort::doStow),
-        slotOf(&T3dPort::doUnStow),
-        slotOf(&T3dPort::doPtrMoved),
-        slotOf(&T3dPort::doMouseWheel),
-        slotOf(&T3dPort::visibleNotify),
-        slotOf(&T3dPort::adjustEventLocalPosition),
-        slotOf(&T3dPort::beginSelect),
-        slotOf(&T3dPort::endSelect),
+        slotOf(&T3dPort::typeof), slotOf(&T3dPort::cast), slotOf(&T3dPort::doPress), slotOf(&T3dPort::doDoubleClick),
+        slotOf(&T3dPort::doUpdate), slotOf(&T3dPort::doEnterRegion), slotOf(&T3dPort::doExitRegion),
+        slotOf(&T3dPort::doStow), slotOf(&T3dPort::doUnStow), slotOf(&T3dPort::doPtrMoved),
+        slotOf(&T3dPort::doMouseWheel), slotOf(&T3dPort::visibleNotify), slotOf(&T3dPort::adjustEventLocalPosition),
+        slotOf(&T3dPort::beginSelect), slotOf(&T3dPort::endSelect),
         slotOf(static_cast<bool (Tcontrol::*)(TpixelMap&, short)>(&Tcontrol::pixelMapRead)),
         slotOf(static_cast<bool (Tcontrol::*)(TgenericPixelMap<float>&, TportRect, PixelMapReadColorSpace)>(
             &Tcontrol::pixelMapRead)),
-        slotOf(&T3dPort::parentWindowMoveNotify),
-        slotOf(&T3dPort::resize),
+        slotOf(&T3dPort::parentWindowMoveNotify), slotOf(&T3dPort::resize),
     };
     const std::ptrdiff_t added[] = {
-        slotOf(&T3dPort::setKeyPressCommand),
-        slotOf(&T3dPort::setDoubleClickCommand),
-        slotOf(&T3dPort::setKeyReleaseCommand),
-        slotOf(&T3dPort::setKeyRepeatCommand),
-        slotOf(&T3dPort::setPtrMovedCommand),
-        slotOf(&T3dPort::setUpdateCommand),
-        slotOf(&T3dPort::isStowed),
-        slotOf(&T3dPort::doUpdateNow),
-        slotOf(&T3dPort::constructQControl),
-        slotOf(&T3dPort::resizeHook),
-        slotOf(&T3dPort::setToInteractiveMode),
-        slotOf(&T3dPort::setToNormalMode),
-        slotOf(&T3dPort::renderStringOverride),
-        slotOf(&T3dPort::makeExternalRendererCurrent),
+        slotOf(&T3dPort::setKeyPressCommand), slotOf(&T3dPort::setDoubleClickCommand),
+        slotOf(&T3dPort::setKeyReleaseCommand), slotOf(&T3dPort::setKeyRepeatCommand),
+        slotOf(&T3dPort::setPtrMovedCommand), slotOf(&T3dPort::setUpdateCommand), slotOf(&T3dPort::isStowed),
+        slotOf(&T3dPort::doUpdateNow), slotOf(&T3dPort::constructQControl), slotOf(&T3dPort::resizeHook),
+        slotOf(&T3dPort::setToInteractiveMode), slotOf(&T3dPort::setToNormalMode),
+        slotOf(&T3dPort::renderStringOverride), slotOf(&T3dPort::makeExternalRendererCurrent),
     };
     // A virtual destructor takes the first two slots.
     for (std::size_t i = 0; i < std::size(overridden); ++i)
@@ -308,31 +151,4 @@ TEST(PortConstruction, KeepsOrderOfVirtualOperations)
     for (std::size_t i = 1; i < std::size(added); ++i)
         EXPECT_EQ(added[i], added[0] + std::ptrdiff_t(i)) << "added operation " << i;
     EXPECT_GT(added[0], overridden[std::size(overridden) - 1]);
-}
-
-TEST(PortConstruction, IsKnownToTheHostByItsType)
-{
-    Tmetaclass* const type = T3dPort::sTypeof();
-    EXPECT_STREQ(type->name(), "port3D");
-    EXPECT_EQ(type->size(), sizeof(T3dPort));
-    EXPECT_EQ(type->parent(), Tcontrol::sTypeof());
-    EXPECT_EQ(Tmetaclass::find("port3D"), type);
-
-    EXPECT_EQ(T3dPort::construct(nullptr), nullptr);
-    EXPECT_EQ(T3dPort::construct(Tcontrol::sTypeof()), nullptr);
-    EXPECT_EQ(T3dPort::constructInPlace(nullptr, nullptr), nullptr);
-    EXPECT_EQ(T3dPort::constructPort("no such control"), nullptr);
-
-    const std::unique_ptr<Tcontrol> control(T3dPort::constructPort("port3D"));
-    ASSERT_NE(control, nullptr);
-    EXPECT_EQ(control->typeof(), type);
-    EXPECT_EQ(control->cast(type), control.get());
-    EXPECT_EQ(control->cast(Tcontrol::sTypeof()), control.get());
-    EXPECT_EQ(control->cast(nullptr), nullptr);
-
-    alignas(T3dPort) static unsigned char memory[sizeof(T3dPort)];
-    auto* const placed = static_cast<T3dPort*>(T3dPort::constructInPlace(type, memory));
-    ASSERT_EQ(static_cast<void*>(placed), memory);
-    EXPECT_FALSE(placed->isOpen());
-    placed->~T3dPort();
 }

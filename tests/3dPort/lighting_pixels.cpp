@@ -4,14 +4,13 @@
 
 #include "Graphics/3dPort/T3dPort.h"
 #include "Graphics/3dPort/TglLight.h"
-#include "foundation/T4dDblVector.h"
+#include "foundation/T4dDblMatrix.h"
 
 #include <gtest/gtest.h>
 
 #include <algorithm>
 #include <array>
 #include <cmath>
-#include <functional>
 #include <string>
 
 namespace {
@@ -198,68 +197,4 @@ TEST_F(LitFace, OfEachLightTypeFollowsTheEquations)
         light.unbind(3);
         expectLit(nullptr, "unbound");
     }
-}
-
-TEST_F(LitFace, OfTheDefaultLightFollowsTheEquations)
-{
-    port().setLightColor(kLightColor);
-    port().pushMatrix();
-    port().loadMatrix(placement(5, 6, 7)); // a direction is turned by it, not moved
-    port().setDefaultLight(0, T4dDblVector{0, 0, 1});
-    port().popMatrix();
-    EyeLight seen{true, {0, -std::sin(M_PI / 6), std::cos(M_PI / 6)}};
-    seen.ambient = {0, 0, 0};
-    expectLit(&seen, "default light");
-}
-
-TEST_F(LitFace, TheSpecularColourIsAddedAfterTheRest)
-{
-    // A rest beyond 1 and a specular part: kept apart, the sum is clamped after each.
-    port().setEmissionColor(TportColor(0.5f, 0.25f, 0));
-    port().setLightColor(kCwhite);
-    port().setDefaultLight(0, T4dDblVector{0, 0, 1});
-    GLint control = 0;
-    glGetIntegerv(GL_LIGHT_MODEL_COLOR_CONTROL, &control);
-    EXPECT_EQ(GL_SEPARATE_SPECULAR_COLOR, control);
-    port().disableLighting();
-    glGetIntegerv(GL_LIGHT_MODEL_COLOR_CONTROL, &control);
-    EXPECT_EQ(GL_SINGLE_COLOR, control);
-}
-
-TEST_F(LitFace, ColourMaterialColoursObjects)
-{
-    port().setDefaultLight(0, T4dDblVector{0, 0, 1});
-    port().enableColorMaterial(T3dPort::kFrontAndBack, T3dPort::kMaterialDiffuse, false);
-    Material m;
-    m.diffuse = TportColor(0.25f, 0.5f, 0.125f);
-    port().color(m.diffuse);
-    EyeLight seen{true, {0, 0, 1}};
-    seen.ambient = {0, 0, 0};
-    const auto expect = [&](const Material& wantedMaterial, const char* what) {
-        // The default light is white.
-        Vec wanted = rgb(wantedMaterial.emission) + times(rgb(kModelAmbient), rgb(wantedMaterial.ambient)) +
-                     rgb(wantedMaterial.diffuse) + rgb(wantedMaterial.specular);
-        const Vec got = drawn({0, 0, 0}, {0, 0, 1});
-        for (int i = 0; i < 3; ++i)
-            EXPECT_NEAR(std::min(wanted[i], 1.0), got[i], 2.5 / 255) << what << ", channel " << i;
-    };
-    expect(m, "tracked");
-    port().disableColorMaterial(T3dPort::kMaterialDiffuse, false);
-    m.ambient = TportColor(0.2f, 0.2f, 0.2f);
-    port().color(kCwhite);
-    port().setDiffuseColor(TportColor(0.125f, 0.25f, 0.5f));
-    m.diffuse = TportColor(0.125f, 0.25f, 0.5f);
-    expect(m, "set again");
-}
-
-TEST_F(LitFace, SuppressedLightingShowsTheColour)
-{
-    port().setDefaultLight(0, T4dDblVector{0, 0, 1});
-    port().setNoLighting(true);
-    port().setLighting(true);
-    port().color(TportColor(1, 0.5f, 0));
-    const Vec got = drawn({0, 0, 0}, {0, 0, 1});
-    EXPECT_NEAR(1, got[0], 1.0 / 255);
-    EXPECT_NEAR(0.5, got[1], 1.0 / 255);
-    EXPECT_NEAR(0, got[2], 1.0 / 255);
 }

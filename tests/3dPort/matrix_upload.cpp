@@ -1,18 +1,14 @@
 // When, and in which order, matrices reach OpenGL.
 
-#include "support/GlRecorder.h"
-#include "support/PortWindow.h"
+#include "3dPort/Calls.h"
 #include "support/T3dPortProbe.h"
 
 #include "Graphics/3dPort/T3dPort.h"
-#include "QtExtensions/Q3dPort.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
 #include <functional>
-#include <string>
-#include <vector>
 
 namespace {
 
@@ -39,17 +35,9 @@ std::string load(int x)
     return call("glLoadMatrixd", x);
 }
 
-class MatrixUpload : public testing::Test
+class MatrixUpload : public ShownPort
 {
 protected:
-    void SetUp() override
-    {
-        ASSERT_TRUE(fWindow.show());
-        port().setCurrentContext();
-    }
-
-    T3dPort& port() { return fWindow.port(); }
-
     void loadProjection(int x) { port().loadProjectionMatrix(diagonal(x)); }
 
     Calls drawn(const std::function<void()>& change = [] {})
@@ -62,8 +50,6 @@ protected:
         recorder.stop();
         return recorder.calls();
     }
-
-    PortWindow<> fWindow{40, 30};
 };
 
 } // namespace
@@ -86,50 +72,11 @@ TEST_F(MatrixUpload, OncePerChangeWhateverHappensInBetween)
     EXPECT_EQ(TstringArray(), port().stateDifferences());
 }
 
-TEST_F(MatrixUpload, OncePerPlanes)
-{
-    const auto drawnIn = [this](T3dPort::TdrawingPlanes planes) {
-        return drawn([&] { port().setDrawingPlanes(planes); });
-    };
-    const Calls both = {kToProjection, load(3), kToModelView, load(2)};
-    port().loadMatrix(diagonal(2));
-    loadProjection(3);
-    EXPECT_EQ(both, drawnIn(T3dPort::kSecondPlanes));
-    EXPECT_EQ(both, drawnIn(T3dPort::kMainPlanes));
-    EXPECT_EQ(Calls(), drawnIn(T3dPort::kSecondPlanes));
-    EXPECT_EQ(Calls({load(4)}), drawn([&] { port().loadMatrix(diagonal(4)); }));
-    EXPECT_EQ(Calls({load(4)}), drawnIn(T3dPort::kMainPlanes));
-    EXPECT_EQ(Calls(), drawnIn(T3dPort::kSecondPlanes));
-}
-
-TEST_F(MatrixUpload, ModelViewAloneSwitchesOnlyFromAnotherMode)
-{
-    GlRecorder recorder;
-    T3dPortProbe::context(port())->fMatrixMode = GL_TEXTURE;
-    glMatrixMode(GL_TEXTURE);
-    loadProjection(3);
-    port().loadMatrix(diagonal(2));
-    recorder.start();
-    port().glLoadModelViewMatrix();
-    EXPECT_EQ(Calls({kToModelView, load(2)}), recorder.calls());
-    recorder.start();
-    port().glLoadModelViewMatrix();
-    EXPECT_EQ(Calls(), recorder.calls());
-    recorder.start();
-    port().glLoadMatrices();
-    EXPECT_EQ(Calls({kToProjection, load(3), kToModelView}), recorder.calls());
-}
-
 TEST_F(MatrixUpload, AnOverrideWaitsForAChangeOfTheProjection)
 {
     EXPECT_EQ(Calls(), drawn([&] { port().beginProjMatrixOverride(diagonal(9)); }));
     EXPECT_EQ(Calls({load(2)}), drawn([&] { port().loadMatrix(diagonal(2)); }));
     EXPECT_EQ(Calls({kToProjection, load(9), kToModelView}), drawn([&] { loadProjection(3); }));
-    T4dDblMatrix m;
-    port().getProjectionMatrix(m);
-    EXPECT_TRUE(m == diagonal(3));
-    port().projectionMatrix(m);
-    EXPECT_TRUE(m == diagonal(3));
     EXPECT_EQ(Calls(), drawn([&] { port().endProjMatrixOverride(); }));
 
     const TstringArray stale = port().stateDifferences();
@@ -153,21 +100,4 @@ TEST_F(MatrixUpload, PickingPutsItsMatrixInFront)
         T3dPortProbe::setFlag(port(), picking, false);
         EXPECT_EQ(Calls({kToProjection, load(3), kToModelView}), drawn([&] { loadProjection(3); }));
     }
-}
-
-TEST(MatrixUploadCore, LoadsNothing)
-{
-    Q3dPort::setUseGLCoreProfile(true);
-    PortWindow<> window(40, 30);
-    ASSERT_TRUE(window.show());
-    T3dPort& port = window.port();
-    port.setCurrentContext();
-    port.loadMatrix(diagonal(2));
-    port.perspective(40, 1, 1, 10);
-    GlRecorder recorder;
-    recorder.start();
-    port.setCurrentContext();
-    port.glLoadModelViewMatrix();
-    port.glLoadMatrices();
-    EXPECT_EQ(Calls(), recorder.calls());
 }

@@ -2,11 +2,8 @@
 #include "support/PortWindow.h"
 #include "support/T3dPortProbe.h"
 
-#include <QHBoxLayout>
 #include <QPixmap>
 
-#include "QtExtensions/QlirnGLWidget.h"
-#include "foundation/T4dDblVector.h"
 #include "foundation/Tevent.h"
 
 #include <gtest/gtest.h>
@@ -77,112 +74,30 @@ class PortOnScreen : public testing::TestWithParam<Buffering>
 
 } // namespace
 
-TEST_P(PortOnScreen, LandInTheWindowWhereTheyShould)
+TEST_P(PortOnScreen, LandsInWindowAndPixmapWhereItShould)
 {
     PortWindow<> made(120, 80, GetParam());
     T3dPort& port = made.port();
     TfunctionAction draw([&](const Tevent&) { drawScene(port); });
     port.setUpdateCommand(&draw);
     ASSERT_TRUE(made.show());
-    EXPECT_TRUE(isScene(shownPixels(port), QSize(120, 80)));
-
     // The first drawing after a size change fills the new size.
     for (const QSize size : {QSize(200, 60), QSize(64, 160), QSize(120, 80)}) {
-        SCOPED_TRACE(testing::Message() << size.width() << " x " << size.height());
         made.window().resize(size);
         const TportRect wanted(0, 0, short(size.width()), short(size.height()));
         ASSERT_TRUE(waitUntil([&] { return port.portRect() == wanted; }));
-        EXPECT_TRUE(isScene(shownPixels(port), size)) << "at once";
-        settle();
-        EXPECT_TRUE(isScene(shownPixels(port), size)) << "at rest";
+        EXPECT_TRUE(isScene(shownPixels(port), size)) << size.width() << " x " << size.height();
     }
-    EXPECT_EQ(port.stateDifferences().length(), 0u);
-}
-
-TEST_P(PortOnScreen, LandInAPixmapWhereTheyShould)
-{
-    PortWindow<> made(120, 80, GetParam());
+    settle();
     PortWindow<> other(50, 50);
-    other.window().move(300, 0);
-    T3dPort& port = made.port();
-    TfunctionAction draw([&](const Tevent&) { drawScene(port); });
-    port.setUpdateCommand(&draw);
-    ASSERT_TRUE(made.show());
-    ASSERT_TRUE(other.show());
     other.port().setCurrentContext();
-
-    const QPixmap same = port.renderToPixmap(120, 80);
-    ASSERT_EQ(same.size(), QSize(120, 80));
-    EXPECT_TRUE(isScene(same.toImage(), QSize(120, 80)));
-    const QPixmap larger = port.renderToPixmap(150, 100);
-    ASSERT_EQ(larger.size(), QSize(150, 100));
-    EXPECT_TRUE(isScene(larger.toImage(), QSize(120, 80)));
-    const QPixmap smaller = port.renderToPixmap(30, 12);
-    ASSERT_EQ(smaller.size(), QSize(30, 12));
-    EXPECT_EQ(smaller.toImage().pixel(15, 6), kQuad);
+    EXPECT_TRUE(isScene(port.renderToPixmap(150, 100).toImage(), QSize(120, 80)));
+    EXPECT_EQ(port.renderToPixmap(30, 12).toImage().pixel(15, 6), kQuad);
     for (const QSize none : {QSize(0, 10), QSize(10, 0), QSize(-1, -1)})
         EXPECT_TRUE(port.renderToPixmap(none.width(), none.height()).isNull());
-
-    // Neither the window's picture nor anyone's record has suffered.
+    EXPECT_TRUE(isScene(shownPixels(port), QSize(120, 80))) << "is as it was";
     EXPECT_EQ(port.stateDifferences().length(), 0u);
     EXPECT_EQ(other.port().stateDifferences().length(), 0u);
-    EXPECT_TRUE(isScene(shownPixels(port), QSize(120, 80)));
-    port.doUpdate(Tevent());
-    EXPECT_TRUE(isScene(shownPixels(port), QSize(120, 80)));
-}
-
-TEST_P(PortOnScreen, APixmapMayBeDrawnAmongOtherPorts)
-{
-    PortWindow<> made(120, 80, GetParam());
-    PortWindow<> other(50, 50);
-    other.window().move(300, 0);
-    T3dPort& port = made.port();
-    TfunctionAction draw([&](const Tevent&) {
-        other.port().clearColor(portColor(kCorner));
-        other.port().clear(GL_COLOR_BUFFER_BIT);
-        drawScene(port);
-    });
-    port.setUpdateCommand(&draw);
-    // Before the window was ever shown the port has the size that its widget has got so far.
-    const QSize unshown = port.glWidget()->deviceSize();
-    EXPECT_TRUE(isScene(port.renderToPixmap(unshown.width(), unshown.height()).toImage(), unshown));
-    ASSERT_TRUE(made.show());
-    ASSERT_TRUE(other.show());
-    EXPECT_TRUE(isScene(port.renderToPixmap(120, 80).toImage(), QSize(120, 80)));
-    port.doUpdate(Tevent());
-    EXPECT_TRUE(isScene(shownPixels(port), QSize(120, 80)));
-    EXPECT_EQ(port.stateDifferences().length(), 0u);
-    EXPECT_EQ(other.port().stateDifferences().length(), 0u);
-}
-
-TEST_P(PortOnScreen, OfTwoPortsStayApart)
-{
-    QWidget window;
-    window.resize(200, 80);
-    QHBoxLayout layout(&window);
-    layout.setContentsMargins(0, 0, 0, 0);
-    layout.setSpacing(0);
-    TresourceMap::Set("testPort", "saFrameBufferMode", GetParam() == Buffering::kDouble ? "double" : "single");
-    T3dPort left(&window, "testPort", false);
-    T3dPort right(&window, "testPort", false);
-    layout.addWidget(left.qControl());
-    layout.addWidget(right.qControl());
-    TfunctionAction drawLeft([&](const Tevent&) { drawScene(left); });
-    TfunctionAction drawRight([&](const Tevent&) {
-        right.clearColor(portColor(kCorner));
-        right.clear(GL_COLOR_BUFFER_BIT);
-        right.swapBuffers();
-    });
-    left.setUpdateCommand(&drawLeft);
-    right.setUpdateCommand(&drawRight);
-    window.show();
-    settle();
-    for (int i = 0; i < 3; ++i) {
-        left.doUpdate(Tevent());
-        right.doUpdate(Tevent());
-    }
-    EXPECT_TRUE(isScene(shownPixels(left), QSize(100, 80)));
-    EXPECT_EQ(shownPixels(right).pixel(50, 40), kCorner);
 }
 
 INSTANTIATE_TEST_SUITE_P(Buffers, PortOnScreen, testing::Values(Buffering::kSingle, Buffering::kDouble),

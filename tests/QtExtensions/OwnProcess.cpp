@@ -1,7 +1,6 @@
 #include "QtExtensions/OwnProcess.h"
 
 #include <QCoreApplication>
-#include <QElapsedTimer>
 #include <QProcess>
 
 #include <gtest/gtest.h>
@@ -11,7 +10,6 @@
 namespace {
 
 constexpr char kRerun[] = "PORT_TEST_RERUN";
-constexpr int kPatience = 60000;
 
 } // namespace
 
@@ -20,7 +18,7 @@ bool isRerun()
     return std::getenv(kRerun) != nullptr;
 }
 
-void rerun(const Environment& changes)
+void rerun(const Environment& changes, const char* missing)
 {
     const testing::TestInfo* test = testing::UnitTest::GetInstance()->current_test_info();
     QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
@@ -37,9 +35,12 @@ void rerun(const Environment& changes)
     QProcess process;
     process.setProcessEnvironment(environment);
     process.setProcessChannelMode(QProcess::MergedChannels);
-    process.start(QCoreApplication::applicationFilePath(),
-                  {QString("--gtest_filter=%1.%2").arg(test->test_suite_name(), test->name())});
-    const bool finished = process.waitForFinished(kPatience);
+    QStringList command{QCoreApplication::applicationFilePath(),
+                        QString("--gtest_filter=%1.%2").arg(test->test_suite_name(), test->name())};
+    if (missing)
+        command = QStringList{"xvfb-run", "-a", "-s", QString("-extension %1").arg(missing)} + command;
+    process.start(command.takeFirst(), command);
+    const bool finished = process.waitForFinished(60000);
     const std::string output = process.readAll().toStdString();
     const char* fault = !finished                                        ? "does not end"
                         : process.exitStatus() != QProcess::NormalExit ? "crashes"
@@ -47,28 +48,4 @@ void rerun(const Environment& changes)
                                                                        : nullptr;
     if (fault || output.find("[  PASSED  ] 1 test.") == std::string::npos)
         ADD_FAILURE() << context << " the test " << (fault ? fault : "does not run") << "\n" << output;
-}
-
-LesserDisplay::LesserDisplay(const char* missing) : fServer(new QProcess)
-{
-    fServer->setProcessChannelMode(QProcess::SeparateChannels);
-    // The kernel ends the server if this process does not come to do it.
-    fServer->start("setpriv", {"--pdeathsig", "TERM", "Xvfb", "-displayfd", "1", "-screen", "0", "640x480x24",
-                               "-extension", missing, "-noreset", "-nolisten", "tcp"});
-    QByteArray number;
-    QElapsedTimer timer;
-    timer.start();
-    while (!number.contains('\n') && timer.elapsed() < kPatience && fServer->state() != QProcess::NotRunning) {
-        fServer->waitForReadyRead(1000);
-        number += fServer->readAllStandardOutput();
-    }
-    if (number.contains('\n'))
-        fName = ":" + number.trimmed().toStdString();
-}
-
-LesserDisplay::~LesserDisplay()
-{
-    fServer->terminate();
-    fServer->waitForFinished();
-    delete fServer;
 }

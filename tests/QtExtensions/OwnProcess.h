@@ -1,6 +1,5 @@
 #pragma once
 
-#include <string>
 #include <utility>
 #include <vector>
 
@@ -11,23 +10,6 @@ bool isRerun();
 
 /**
  * Runs the test under way once more, from the start of the program, with the environment variables @p changes. Fails
- * where that does, with what it wrote.
+ * where that does, with what it wrote. A @p missing X extension is asked of an X server of its own that lacks it.
  */
-void rerun(const Environment& changes);
-
-/** An X server without the extension @p missing, for as long as this lives. */
-class LesserDisplay
-{
-public:
-    explicit LesserDisplay(const char* missing);
-    LesserDisplay(const LesserDisplay&) = delete;
-    LesserDisplay& operator=(const LesserDisplay&) = delete;
-    ~LesserDisplay();
-
-    /** The name for DISPLAY; empty when the server did not start. */
-    const std::string& name() const { return fName; }
-
-private:
-    class QProcess* fServer;
-    std::string fName;
-};
+void rerun(const Environment& changes, const char* missing = nullptr);

@@ -43,14 +43,6 @@ public:
     bool doEnterRegion(const Tevent& event) override { return note("enter", event) && T3dPort::doEnterRegion(event); }
     bool doExitRegion(const Tevent& event) override { return note("exit", event) && T3dPort::doExitRegion(event); }
 
-    void visibleNotify(bool visible) override
-    {
-        note(visible ? "shown" : "hidden", Tevent());
-        T3dPort::visibleNotify(visible);
-    }
-
-    void parentWindowMoveNotify() override { note("moved", Tevent()); }
-
 private:
     bool note(const char* what, const Tevent& event)
     {

@@ -1,23 +1,8 @@
 #include "ui/QlirnQtHelper.h"
 
-#include "foundation/Tmodifier.h"
-#include "ui_support.h"
-
-#include <QMenu>
 #include <QMouseEvent>
-#include <QWheelEvent>
-#include <QWidget>
 
-#include <memory>
-
-namespace {
-
-QMouseEvent pressOf(Qt::MouseButton button)
-{
-    return QMouseEvent(QEvent::MouseButtonPress, QPointF(3, 4), button, button, Qt::NoModifier);
-}
-
-} // namespace
+#include <gtest/gtest.h>
 
 TEST(QlirnQtHelper, ButtonsAndModifiersOfEvents)
 {
@@ -54,49 +39,9 @@ TEST(QlirnQtHelper, ButtonsAndModifiersOfEvents)
         EXPECT_EQ(modifiers, tested.modifiers);
     }
 
-    const QWheelEvent wheel(QPointF(), QPointF(), QPoint(), QPoint(0, 120), Qt::RightButton,
-                            Qt::ShiftModifier | Qt::ControlModifier, Qt::NoScrollPhase, false);
     unsigned modifiers = 99;
     int button = 99;
-    QlirnQtHelper::getMouseEventLirnButtonInfo(&wheel, modifiers, button);
-    EXPECT_EQ(button, 3);
-    EXPECT_EQ(modifiers, unsigned(kShift | kControl));
-
     QlirnQtHelper::getMouseEventLirnButtonInfo(static_cast<const QMouseEvent*>(nullptr), modifiers, button);
     EXPECT_EQ(button, 0);
     EXPECT_EQ(modifiers, 0u);
-}
-
-using QlirnQtHelperPopup = UiTest;
-
-TEST_F(QlirnQtHelperPopup, MenuAppearsForItsWidgetAndButton)
-{
-    QWidget widget;
-    QWidget other;
-    QMenu menu;
-    menu.addAction("Frame all");
-    QMouseEvent left = pressOf(Qt::LeftButton);
-    QMouseEvent right = pressOf(Qt::RightButton);
-
-    EXPECT_FALSE(QlirnQtHelper::handlePopupMenu(&widget, &right));
-    QlirnQtHelper::setPopupMenu(&widget, &menu);
-    EXPECT_FALSE(QlirnQtHelper::handlePopupMenu(&widget, &left));
-    EXPECT_FALSE(QlirnQtHelper::handlePopupMenu(&other, &right));
-    EXPECT_FALSE(QlirnQtHelper::handlePopupMenu(nullptr, &right));
-    EXPECT_FALSE(QlirnQtHelper::handlePopupMenu(&widget, nullptr));
-    EXPECT_FALSE(menu.isVisible());
-    EXPECT_TRUE(QlirnQtHelper::handlePopupMenu(&widget, &right));
-    EXPECT_TRUE(menu.isVisible());
-    menu.hide();
-
-    QlirnQtHelper::setPopupMenu(&widget, &menu, Qt::LeftButton);
-    EXPECT_FALSE(QlirnQtHelper::handlePopupMenu(&widget, &right));
-    EXPECT_TRUE(QlirnQtHelper::handlePopupMenu(&widget, &left));
-    menu.hide();
-
-    QlirnQtHelper::setPopupMenu(&widget, nullptr);
-    EXPECT_FALSE(QlirnQtHelper::handlePopupMenu(&widget, &left));
-    QlirnQtHelper::setPopupMenu(nullptr, &menu);
-    QlirnQtHelper::setPopupMenu(&widget, std::make_unique<QMenu>().get());
-    EXPECT_FALSE(QlirnQtHelper::handlePopupMenu(&widget, &right));
 }

@@ -1,6 +1,6 @@
 #define GL_GLEXT_PROTOTYPES
 #include "support/GlRecorder.h"
-#include "support/XEvents.h"
+#include "support/PortWindow.h"
 
 #include <QGLWidget>
 
@@ -21,7 +21,9 @@ protected:
     GlRecorderTest()
     {
         fWidget.resize(64, 64);
-        EXPECT_TRUE(showAndWait(fWidget));
+        fWidget.show();
+        EXPECT_TRUE(waitUntil([this] { return fWidget.isVisible(); }));
+        settle();
         fWidget.makeCurrent();
     }
 

@@ -11,31 +11,6 @@ TcommandLine parsed(const char* arguments)
 
 } // namespace
 
-TEST(TcommandLine, ReadsWhatIsAskedFor)
-{
-    const TcommandLine plain = parsed("portview");
-    EXPECT_EQ(plain.fRequest, TcommandLine::kRun);
-    EXPECT_EQ(plain.fSize, QSize(960, 720));
-    EXPECT_EQ(plain.fStyle.fShading, TviewScene::kSmooth);
-    EXPECT_FALSE(plain.fStyle.fGhosted || plain.fStyle.fXray || plain.fStyle.fEdges || plain.fStyle.fLamp);
-    EXPECT_FALSE(plain.fFourViews);
-
-    const TcommandLine all =
-        parsed("portview -platform xcb --shading wire a.obj --views=four --size 640x48 --snapshot b.png -display :5 "
-               "--xray --lamp");
-    EXPECT_EQ(all.fRequest, TcommandLine::kRun) << all.fText.toStdString();
-    EXPECT_EQ(all.fModel, QStringLiteral("a.obj"));
-    EXPECT_EQ(all.fSnapshot, QStringLiteral("b.png"));
-    EXPECT_EQ(all.fSize, QSize(640, 48));
-    EXPECT_EQ(all.fStyle.fShading, TviewScene::kWire);
-    EXPECT_TRUE(all.fStyle.fXray && all.fStyle.fLamp);
-    EXPECT_FALSE(all.fStyle.fGhosted || all.fStyle.fEdges);
-    EXPECT_TRUE(all.fFourViews);
-    EXPECT_EQ(all.fPlatform, QStringLiteral("xcb"));
-    EXPECT_EQ(all.fDisplay, QStringLiteral(":5"));
-    EXPECT_EQ(parsed("portview --gallery pictures").fGallery, QStringLiteral("pictures"));
-}
-
 TEST(TcommandLine, SaysWhatIsWrong)
 {
     const struct

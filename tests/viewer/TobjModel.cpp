@@ -91,27 +91,6 @@ TEST_F(TobjModelFile, SmoothNormalsKeepCreasesAndTakeUsableNormalsFromTheFile)
 {
     const std::string box = "v -1 -1 -1\nv 1 -1 -1\nv 1 1 -1\nv -1 1 -1\nv -1 -1 1\nv 1 -1 1\nv 1 1 1\nv -1 1 1\n"
                             "f 1 4 3 2\nf 5 6 7 8\nf 1 2 6 5\nf 3 4 8 7\nf 1 5 8 4\nf 2 3 7 6\n";
-    std::string ball;
-    constexpr int kRings = 24;
-    constexpr int kAround = 48;
-    for (int i = 1; i < kRings; ++i) {
-        for (int j = 0; j < kAround; ++j) {
-            const double a = 3.14159265358979323846 * i / kRings;
-            const double b = 2 * 3.14159265358979323846 * j / kAround;
-            ball += "v " + std::to_string(std::sin(a) * std::cos(b)) + " " + std::to_string(std::cos(a)) + " " +
-                    std::to_string(std::sin(a) * std::sin(b)) + "\n";
-        }
-    }
-    for (int i = 0; i + 2 < kRings; ++i) {
-        for (int j = 0; j < kAround; ++j) {
-            const int next = (j + 1) % kAround;
-            ball += "f";
-            for (const int corner :
-                 {i * kAround + j, i * kAround + next, (i + 1) * kAround + next, (i + 1) * kAround + j})
-                ball += " " + std::to_string(corner + 1);
-            ball += "\n";
-        }
-    }
     // Two squares that meet at an angle whose tangent is the height; the second square is three times as large.
     const auto roof = [](const char* height) {
         return "v 0 0 0\nv 1 0 0\nv 1 0 1\nv 0 0 1\nv 4 " + std::string(height) + " 0\nv 4 " + height +
@@ -120,7 +99,7 @@ TEST_F(TobjModelFile, SmoothNormalsKeepCreasesAndTakeUsableNormalsFromTheFile)
     const auto given = [](const char* normals, const char* face) { return kSquare + normals + face; };
     const T4dDblVector up(0, 0, 1);
     const T4dDblVector aside(0.6, 0, 0.8);
-    enum Texpected { kOfFace, kOfPosition, kBetween, kUp, kAside };
+    enum Texpected { kOfFace, kBetween, kUp, kAside };
     const struct
     {
         const char* what;
@@ -128,7 +107,6 @@ TEST_F(TobjModelFile, SmoothNormalsKeepCreasesAndTakeUsableNormalsFromTheFile)
         Texpected expected;
     } cases[] = {
         {"the faces of a cube", box, kOfFace},
-        {"a ball", ball, kOfPosition},
         {"a roof flatter than the crease angle", roof("2.5"), kBetween},
         {"a roof steeper than it", roof("3.5"), kOfFace},
         {"normals of the file", given("vn 3 0 4\n", "f 1//1 2//1 3//1 4//1\n"), kAside},
@@ -151,20 +129,13 @@ TEST_F(TobjModelFile, SmoothNormalsKeepCreasesAndTakeUsableNormalsFromTheFile)
             const auto vector = [](const float* v) { return T4dDblVector(v[0], v[1], v[2]); };
             const T4dDblVector normal = vector(model->smoothNormals()[i].fNormal);
             const T4dDblVector face = vector(model->triangles()[i].fNormal);
-            const T4dDblVector position = vector(model->triangles()[i].fPosition);
             EXPECT_NEAR(normal.length(), 1, 1e-6);
             anyTurned = anyTurned || (normal - face).length() > 0.1;
-            // The ball's faces may be seen from within.
-            const T4dDblVector expected = each.expected == kUp      ? up
-                                          : each.expected == kAside ? aside
-                                          : each.expected == kOfPosition
-                                              ? position.normalised() * (position.dot(face) > 0 ? 1 : -1)
-                                              : face;
-            if (each.expected != kBetween &&
-                !(each.expected == kOfPosition && std::fabs(position.normalised().y) > 0.9))
+            const T4dDblVector expected = each.expected == kUp ? up : each.expected == kAside ? aside : face;
+            if (each.expected != kBetween)
                 farthest = std::max(farthest, (normal - expected).length());
         }
-        EXPECT_LT(farthest, each.expected == kOfPosition ? 0.02 : 1e-6);
+        EXPECT_LT(farthest, 1e-6);
         EXPECT_EQ(anyTurned, each.expected == kBetween || each.expected == kAside);
     }
 }
@@ -187,15 +158,12 @@ TEST_F(TobjModelFile, BrokenFilesGiveAReason)
         {"index 0", kSquare + "f 0 1 2\n", "line 5: there is no vertex 0"},
         {"index too large", kSquare + "f 1 2 5\n", "line 5: there is no vertex 5, the file has 4"},
         {"index too negative", kSquare + "f -1 -2 -5\n", "there is no vertex -5 counted from here"},
-        {"huge index", kSquare + "f 1 2 99999999999\n", "too large"},
         {"index that is 1 in 32 bits", kSquare + "f 2 3 4294967297\n", "too large"},
         {"huge texture index", kSquare + "f 1/4294967297 2/1 3/1\n", "too large"},
         {"truncated face", kSquare + "f 1 2", "fewer than three corners"},
-        {"bare face", kSquare + "f\n", "fewer than three corners"},
         {"words for indices", kSquare + "f a b c\n", "\"a\" is no vertex index"},
         {"truncated vertex", "v 0 0\nf 1 1 1\n", "line 1: a vertex with fewer than three coordinates"},
         {"NaN", "v 0 nan 0\nv 1 0 0\nv 0 1 0\nf 1 2 3\n", "\"nan\" is no coordinate"},
-        {"infinity", "v 0 -inf 0\nv 1 0 0\nv 0 1 0\nf 1 2 3\n", "\"-inf\" is no coordinate"},
         {"beyond all numbers", "v 1e999 0 0\nv 1 0 0\nv 0 1 0\nf 1 2 3\n", "out of range"},
     };
     for (const auto& each : cases) {
@@ -210,46 +178,4 @@ TEST_F(TobjModelFile, BrokenFilesGiveAReason)
     EXPECT_FALSE(TobjModel::load("/dev/zero", fProgress, fError));
     EXPECT_EQ(fError, "it is not an ordinary file");
     EXPECT_FALSE(TobjModel::load("", fProgress, fError));
-}
-
-TEST_F(TobjModelFile, SceneSpaceHoldsTheUsedVerticesOfAnyScale)
-{
-    const struct
-    {
-        const char* text;
-        T4dDblVector centre;
-    } cases[] = {
-        {"v 0 0 0\nv 2 0 0\nv 2 2 0\nf 1 2 3\n", {1, 1, 0}},
-        {"v 1000000 0 0\nv 1000002 0 0\nv 1000002 2 0\nf 1 2 3\n", {1000001, 1, 0}},
-        {"v 0 0 0\nv 2e-30 0 0\nv 2e-30 2e-30 0\nf 1 2 3\n", {1e-30, 1e-30, 0}},
-        {"v 0 0 0\nv 2e90 0 0\nv 2e90 2e90 0\nv -9e99 0 0\nf 1 2 3\n", {1e90, 1e90, 0}},
-        {"v 3 3 3\nf 1 1 1\n", {3, 3, 3}},
-    };
-    for (const auto& each : cases) {
-        SCOPED_TRACE(each.text);
-        const auto model = load(each.text);
-        ASSERT_TRUE(model) << fError;
-        EXPECT_LE((model->centre() - each.centre).length(), 1e-12 * each.centre.length());
-        double farthest = 0;
-        for (const TobjModel::TfillVertex& corner : model->triangles())
-            farthest = std::max(farthest, std::hypot(corner.fPosition[0], corner.fPosition[1]) * 1.0);
-        EXPECT_NEAR(farthest, model->triangles().empty() ? 0 : 1, 1e-6);
-        for (const TobjModel::Tposition& p : model->positions())
-            EXPECT_TRUE(std::isfinite(p.fPosition[0]));
-    }
-}
-
-TEST_F(TobjModelFile, CancellingEndsTheLoading)
-{
-    fProgress.fCancelled = true;
-    EXPECT_FALSE(load(kSquare + "f 1 2 3\n"));
-    EXPECT_EQ(fError, "cancelled");
-}
-
-TEST(TobjModelBuiltIn, KnotStandsOnTheGround)
-{
-    const auto knot = TobjModel::torusKnot();
-    EXPECT_EQ(knot->edges().size() / 2, 2 * knot->faceCount());
-    EXPECT_GE(knot->lower().y, 0);
-    EXPECT_LE(knot->lower().y, 0.3);
 }

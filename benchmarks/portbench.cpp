@@ -11,12 +11,14 @@
  * into OpenGL, which a port does once per drawn object and not per operation, as GL leaves out its own update. Pushes
  * and pops are timed in blocks of 24 (GL's model-view stack need hold 32 matrices only), less the cost of the clock.
  * Opening counts up to the bound context and closing to the destroyed window, both with what the X server does for it.
+ * A frame of solids is a clear, the solids and glFinish. The raw lists hold the same geometry, and both sides have to
+ * draw the same picture before they are timed; nothing is lit, the depth test is on.
  *
  *     portbench [--json FILE] [--filter TEXT]
  *
  * The JSON file is an array of {name, port_ns, raw_ns, ratio, aim, aim_of, met}, where aim_of says what the aim limits:
- * "ratio" or "port_ns". The exit status is 0 for a run, whether the aims are met or not, and 1 without OpenGL or on a
- * file that cannot be written.
+ * "ratio" or "port_ns". The exit status is 0 for a run, whether the aims are met or not, and 1 without OpenGL, on
+ * a file that cannot be written, and when the two sides of a row draw different pictures.
  */
 
 #include <QApplication>
@@ -32,6 +34,7 @@
 #include "Comparison.h"
 #include "Graphics/3dPort/T3dPort.h"
 #include "RawWindow.h"
+#include "SolidField.h"
 #include "foundation/T4dDblVector.h"
 #include "foundation/Tquaternion.h"
 
@@ -47,10 +50,12 @@ constexpr Aim kAlreadyCurrent{Aim::kNanoseconds, 1.5};
 constexpr Aim kSwitch{Aim::kRatio, 1.1};
 constexpr Aim kMatrix{Aim::kRatio, 0.7};
 constexpr Aim kOpening{Aim::kRatio, 1.6};
+constexpr Aim kDrawing{Aim::kRatio, 1.05};
 
 constexpr int kWidth = 200;
 constexpr int kHeight = 150;
 constexpr int kBlock = 24;
+constexpr int kSolids = 10000;
 constexpr double kDegree = 3.141592653589793 / 180;
 
 /** A view from some way off, which the matrix rows multiply onto. */
@@ -67,7 +72,8 @@ public:
     ~Bench();
 
     bool isValid() const;
-    void run();
+    /** False when the two sides of a row do not draw the same; there are reasons on the error output then. */
+    bool run();
     void print() const;
     const std::vector<Row>& rows() const { return fRows; }
 
@@ -76,7 +82,10 @@ private:
     void contexts();
     void matrices();
     void opening();
+    bool solids();
+    bool solidsRow(const char* name, const SolidField& field, int width, int height);
 
+    bool isWanted(const char* name) const;
     void bindPort() const;
     void bindRaw() const;
     template <class Port, class Raw> void row(const char* name, Aim aim, Port port, Raw raw);
@@ -129,12 +138,18 @@ bool Bench::isValid() const
            fRawWindows[1]->isBindable();
 }
 
-void Bench::run()
+bool Bench::run()
 {
     setters();
     contexts();
     matrices();
     opening();
+    return solids();
+}
+
+bool Bench::isWanted(const char* name) const
+{
+    return QString::fromLatin1(name).contains(fFilter, Qt::CaseInsensitive);
 }
 
 void Bench::bindPort() const
@@ -152,9 +167,8 @@ void Bench::bindRaw() const
 
 void Bench::add(const char* name, Aim aim, const Side& port, const Side& raw, const Side& empty)
 {
-    const QString text = QString::fromLatin1(name);
-    if (text.contains(fFilter, Qt::CaseInsensitive))
-        fRows.push_back(compare(text, aim, port, raw, empty));
+    if (isWanted(name))
+        fRows.push_back(compare(QString::fromLatin1(name), aim, port, raw, empty));
 }
 
 template <class Port, class Raw> void Bench::row(const char* name, Aim aim, Port port, Raw raw)
@@ -307,6 +321,97 @@ void Bench::opening()
         });
 }
 
+/** The colours of the frame that has been drawn, of which there are @p width by @p height. */
+std::vector<GLubyte> picture(int width, int height)
+{
+    std::vector<GLubyte> pixels(std::size_t(4 * width * height));
+    glReadPixels(0, 0, width, height, GL_RGBA, GL_UNSIGNED_BYTE, pixels.data());
+    return pixels;
+}
+
+bool Bench::solidsRow(const char* name, const SolidField& field, int width, int height)
+{
+    if (!isWanted(name))
+        return true;
+    QWidget host;
+    host.resize(std::max(width, kWidth), std::max(height, kHeight)); // no window manager makes it larger
+    T3dPort port(&host, "solids", false);
+    if (QWidget* control = port.qControl())
+        control->setGeometry(0, 0, width, height);
+    host.show();
+    for (int i = 0; i < 20; ++i)
+        QApplication::processEvents();
+    const RawWindow raw(fDisplay, fRawHost, unsigned(width), unsigned(height), port.isDoubleBuffered(),
+                        fRawWindows[0].get());
+
+    const auto bindPort = [&] {
+        T3dPort::nativeBindingMoved();
+        port.setCurrentContext();
+    };
+    const auto bindRaw = [&] { raw.makeCurrent(); };
+    bindPort();
+    port.depthTest(true);
+    port.color(kCwhite);
+    port.clearColor(kCblack);
+    port.ortho(-2, 2, -2, 2, 5, 15);
+    port.matrixMode(GL_MODELVIEW);
+    port.loadMatrix(kCamera);
+    T4dDblMatrix projection;
+    port.getProjectionMatrix(projection);
+    bindRaw();
+    glViewport(0, 0, width, height);
+    glEnable(GL_DEPTH_TEST);
+    // What a port starts with.
+    glDisable(GL_DITHER);
+    glEnable(GL_NORMALIZE);
+    glShadeModel(GL_FLAT);
+    glLightModeli(GL_LIGHT_MODEL_TWO_SIDE, 1);
+    glMatrixMode(GL_PROJECTION);
+    glLoadMatrixd(projection.data());
+    glMatrixMode(GL_MODELVIEW);
+    glLoadMatrixd(kCamera.data());
+
+    const auto drawPort = [&port, &field](long) {
+        port.clear(GL_COLOR_BUFFER_BIT | GL_DEPTH_BUFFER_BIT);
+        field.draw(port);
+        glFinish();
+    };
+    const auto drawRaw = [&field](long) {
+        glClear(GL_COLOR_BUFFER_BIT | GL_DEPTH_BUFFER_BIT);
+        field.drawRaw();
+        glFinish();
+    };
+
+    bindPort();
+    drawPort(0);
+    const std::vector<GLubyte> portPicture = picture(width, height);
+    bindRaw();
+    drawRaw(0);
+    const std::vector<GLubyte> rawPicture = picture(width, height);
+    auto dump=[&](const char*n,const std::vector<GLubyte>&v){FILE*f=fopen(n,"wb");fprintf(f,"P6 %d %d 255\n",width,height);long c=0;for(size_t i=0;i<v.size();i+=4){fwrite(&v[i],1,3,f);c+=v[i]!=0;}fclose(f);fprintf(stderr,"%s lit %ld err %x\n",n,c,glGetError());};
+    dump(width>100?"/tmp/dbg/p.ppm":"/tmp/dbg/ps.ppm",portPicture);dump(width>100?"/tmp/dbg/r.ppm":"/tmp/dbg/rs.ppm",rawPicture);
+    auto st=[&](const char*w){ GLenum e[]={GL_LINE_SMOOTH,GL_POINT_SMOOTH,GL_CULL_FACE,GL_LIGHTING,GL_NORMALIZE,GL_POLYGON_OFFSET_FILL,GL_POLYGON_OFFSET_LINE,GL_BLEND,GL_SCISSOR_TEST,GL_DEPTH_TEST,GL_STENCIL_TEST,GL_DITHER,GL_MULTISAMPLE,GL_COLOR_MATERIAL,GL_LIGHT_MODEL_TWO_SIDE,GL_ALPHA_TEST,GL_LINE_STIPPLE,GL_POLYGON_STIPPLE,GL_FOG,GL_DEPTH_FUNC,GL_STENCIL_BITS,GL_ALPHA_BITS,GL_DEPTH_BITS,GL_SAMPLES,GL_SHADE_MODEL,GL_DRAW_BUFFER,GL_READ_BUFFER,GL_DOUBLEBUFFER,GL_MATRIX_MODE,GL_DEPTH_WRITEMASK}; fprintf(stderr,"%s:",w); for(auto x:e){GLint v=0;glGetIntegerv(x,&v);fprintf(stderr," %x",v);} GLint vp[4]; glGetIntegerv(GL_VIEWPORT,vp); double m[16]; float c[4]; glGetFloatv(GL_CURRENT_COLOR,c); fprintf(stderr," vp %d %d %d %d col %g %g %g %g",vp[0],vp[1],vp[2],vp[3],c[0],c[1],c[2],c[3]); glGetDoublev(GL_PROJECTION_MATRIX,m); for(double d:m)fprintf(stderr," %g",d); glGetDoublev(GL_MODELVIEW_MATRIX,m);fprintf(stderr," |"); for(double d:m)fprintf(stderr," %.17g",d);fprintf(stderr,"\n");};
+    bindPort();st("port");bindRaw();st("raw");
+    if (portPicture != rawPicture || std::count(rawPicture.begin(), rawPicture.end(), 255) == 0) {
+        std::fprintf(stderr, "portbench: %s: the two sides draw different pictures, or nothing\n", name);
+        return false;
+    }
+    add(name, kDrawing, {bindPort, [&](long count) { return timeLoop(count, drawPort); }},
+        {bindRaw, [&](long count) { return timeLoop(count, drawRaw); }},
+        {[] {}, [](long count) { return timeLoop(count, [](long) {}); }});
+    return true;
+}
+
+bool Bench::solids()
+{
+    SolidField field(kSolids);
+    fRawWindows[0]->makeCurrent();
+    field.compile();
+    const bool small = solidsRow("10000 solids, 16 x 16", field, 16, 16);
+    const bool large = solidsRow("10000 solids, 800 x 600", field, 800, 600);
+    return small && large;
+}
+
 void Bench::print() const
 {
     bindRaw();
@@ -345,25 +450,33 @@ bool writeJson(const std::vector<Row>& rows, const QString& name)
 
 int main(int argc, char** argv)
 {
-    QApplication application(argc, argv);
     QCommandLineParser parser;
     parser.setApplicationDescription("Times the drawing port beside the same work in raw OpenGL.");
     parser.addHelpOption();
     parser.addOptions({{"json", "Also write the rows to <file>.", "file"},
                        {"filter", "Measure only the rows whose name contains <text>.", "text"}});
-    parser.process(application);
+    {
+        const QCoreApplication early(argc, argv);
+        parser.process(early);
+    }
 
-    // Not Qt's: a program without Qt has a connection to itself, without a thread that reads along.
-    Display* display = QX11Info::isPlatformX11() ? XOpenDisplay(nullptr) : nullptr;
+    // Not Qt's: a program without Qt has a connection to itself, without a thread that reads along. And before Qt,
+    // which ends a program that it finds no display for.
+    Display* display = XOpenDisplay(nullptr);
     if (!display || !glXQueryExtension(display, nullptr, nullptr)) {
         std::fputs("portbench: there is no X display with OpenGL\n", stderr);
+        if (display)
+            XCloseDisplay(display);
         return 1;
     }
+    qputenv("QT_QPA_PLATFORM", "xcb"); // GLX needs it, whatever else the desktop prefers
+    QApplication application(argc, argv);
     int status = 0;
     {
         Bench bench(display, parser.value("filter"));
         if (bench.isValid()) {
-            bench.run();
+            if (!bench.run())
+                status = 1;
             bench.print();
             if (parser.isSet("json") && !writeJson(bench.rows(), parser.value("json")))
                 status = 1;

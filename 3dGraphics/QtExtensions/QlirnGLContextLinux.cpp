@@ -96,6 +96,8 @@ void QlirnGLContextLinux::makeCurrent() const
         return;
     const bool isBound = glXMakeCurrent(fDisplay, window, fActiveContext);
     T3dPort::nativeBindingMoved(isBound ? fActiveContext : nullptr);
+    if (fGLWidget)
+        fGLWidget->glWindowBound();
 }
 
 void QlirnGLContextLinux::swapBuffers() const

@@ -1,6 +1,7 @@
 #include <QApplication>
 #include <QGLFormat>
 #include <QMouseEvent>
+#include <QPointer>
 #include <QTabletEvent>
 #include <QWheelEvent>
 
@@ -116,8 +117,11 @@ void QlirnGLWidget::makeCurrent()
 
 void QlirnGLWidget::swapBuffers()
 {
-    if (!fOffscreen && fGLContext)
-        fGLContext->swapBuffers();
+    if (fOffscreen || !fGLContext)
+        return;
+    fGLContext->swapBuffers();
+    if (fNativeWindow)
+        fNativeWindow->frameShown();
 }
 
 void QlirnGLWidget::useSharedContext(bool shared)
@@ -203,7 +207,16 @@ void QlirnGLWidget::renderScene()
     if (fNativeWindow)
         fNativeWindow->beginPaint();
     makeCurrent();
+    const QPointer<QlirnGLWidget> self(this); // a command may delete the port, and the widget with it
     paintGL();
+    if (self && fNativeWindow)
+        fNativeWindow->frameShown();
+}
+
+void QlirnGLWidget::glWindowBound()
+{
+    if (fNativeWindow)
+        fNativeWindow->bound();
 }
 
 QSize QlirnGLWidget::deviceSize() const

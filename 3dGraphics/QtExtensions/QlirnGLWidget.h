@@ -55,6 +55,8 @@ public:
     void setContext(const QlirnGLContext* context, const QlirnGLContext* shareContext, bool deleteOldContext);
     /** The X window drawn into; 0 without a visual. */
     unsigned long glWindow() const;
+    /** To be called when a context was bound to the window. */
+    void glWindowBound();
 
     void initializeGL() override;
     void paintGL() override;

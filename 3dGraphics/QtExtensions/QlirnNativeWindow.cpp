@@ -187,10 +187,10 @@ void QlirnNativeWindow::followSize()
     const QSize size = windowSize();
     if (size == fSize)
         return;
-    if (!fSizeFollowed) {
-        // Software GLX keeps the size that a drawable was first bound with until the first swap, and the first binding
-        // came before the layout had given the widget a size. A new window is bound with the right one.
-        fSizeFollowed = true;
+    if (fBoundSinceFrame) {
+        // Software GLX keeps the size that a drawable was bound with until a frame was shown. A new window is bound with
+        // the right one.
+        fBoundSinceFrame = false;
         replace();
         return;
     }
@@ -213,7 +213,7 @@ void QlirnNativeWindow::followParent()
         if (fWindow)
             retire();
         create();
-        fSizeFollowed = false;
+        fBoundSinceFrame = true;
     }
     XSync(fDisplay, 0);
 }

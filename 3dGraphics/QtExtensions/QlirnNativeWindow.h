@@ -34,6 +34,10 @@ public:
     /** Repaints the widget for an exposure of request number @p sequence, unless it was painted since. */
     void exposed(std::uint32_t sequence);
 
+    /** To be called when a context was bound to the window, and when a frame was drawn and shown. */
+    void bound() { fBoundSinceFrame = true; }
+    void frameShown() { fBoundSinceFrame = false; }
+
     /** Takes the widget's size; when this returns, the server has done so too. */
     void followSize();
     /** Moves into the widget's present native window, after Qt has given it another. */
@@ -61,7 +65,7 @@ private:
     Window fWindow = QlirnX11::kNone;
     Window fParent = QlirnX11::kNone;
     QSize fSize;
-    bool fSizeFollowed = false;
+    bool fBoundSinceFrame = true; ///< a context was bound to the window after the last frame
     std::unique_ptr<ParentWatch> fParentWatch;
     std::uint32_t fPaintSequence = 0; ///< number of the first X request of the last paint
 };

@@ -6,6 +6,7 @@
 #include "Graphics/3dPort/T3dPortOpenGLInfo.h"
 #include "foundation/TstringResource.h"
 
+#include <algorithm>
 #include <gtest/gtest.h>
 
 namespace {
@@ -127,4 +128,14 @@ TEST(GlErrors, AreReadOneByOneWithTheirTexts)
     glEnable(0xFFFF);
     EXPECT_EQ(port.error(), 1);
     EXPECT_STREQ(port.getErrorString().asChar(), "Erreur 1280 (invalid enumerant)");
+}
+
+TEST(GlErrors, ElevenArePrintedAtMost)
+{
+    GlRecorder::queueErrors({1280, 1280, 1280, 1280, 1280, 1280, 1280, 1280, 1280, 1280, 1280, 1281});
+    const StderrCapture output;
+    T3dPort::printGlError("loop");
+    const std::string text = output.text();
+    EXPECT_EQ(std::count(text.begin(), text.end(), '\n'), 11);
+    EXPECT_EQ(glGetError(), 1281u);
 }

@@ -99,3 +99,16 @@ TEST(CurrentPort, TracesItsSwitches)
               "T3dPort::setDrawingPlanes(BAD PLANES)\n");
     port.setCurrentContext(); // no table is read beyond its end
 }
+
+// A red of exactly a half is its own complement: both colours must reach OpenGL all the same.
+TEST_F(ShownPort, SendsBothColoursAgain)
+{
+    for (const float red : {0.5f, 0.25f, 1.0f}) {
+        port().color(TportColor(red, 0, 1, 1));
+        port().clearColor(TportColor(red, 1, 0, 1));
+        glColor3f(0.1f, 0.1f, 0.1f);
+        glClearColor(0.1f, 0.1f, 0.1f, 1);
+        port().initContext();
+        EXPECT_EQ(port().stateDifferences().length(), 0u) << red;
+    }
+}

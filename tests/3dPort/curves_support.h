@@ -4,27 +4,52 @@
 #include "support/PortWindow.h"
 #include "support/T3dPortProbe.h"
 
+#include "foundation/T4dDblPoint.h"
+#include "foundation/T4dDblVector.h"
+
 #include <GL/gl.h>
 #include <gtest/gtest.h>
 
 #include <algorithm>
 #include <cmath>
-#include <cstdlib>
 #include <cstring>
 #include <functional>
+#include <limits>
 #include <ostream>
 #include <set>
+#include <sstream>
 #include <string>
-#include <utility>
 #include <vector>
 
 using Calls = std::vector<std::string>;
 using Draw = std::function<void(T3dPort&)>;
 
-struct NamedDraw
+const T4dDblPoint kCentre{1, 2, 3, 1};
+
+/** A shape kept as a list for each of its two forms. */
+struct ListedShape
 {
     const char* name;
-    Draw draw;
+    void (*draw)(T3dPort& p, bool filled);
+    void (*placed)(T3dPort& p, bool filled);
+    const char* scale;
+};
+
+const ListedShape kListedShapes[] = {
+    {"circle", [](T3dPort& p, bool filled) { p.circle(filled, true); },
+     [](T3dPort& p, bool filled) { p.circle(kCentre, 0.5f, filled); }, "glScalef(0.5, 0.5, 0.5)"},
+    {"box", [](T3dPort& p, bool filled) { p.box(filled); },
+     [](T3dPort& p, bool filled) { p.box(kCentre, 0.5f, 2, 0.25f, filled); }, "glScalef(0.5, 2, 0.25)"},
+    {"cone", [](T3dPort& p, bool filled) { p.cone(filled); },
+     [](T3dPort& p, bool filled) { p.cone(kCentre, 0.5f, 2, filled); }, "glScalef(0.5, 0.5, 2)"},
+    {"sphere", [](T3dPort& p, bool filled) { p.sphere(filled); },
+     [](T3dPort& p, bool filled) { p.sphere(kCentre, 0.5f, filled); }, "glScalef(0.5, 0.5, 0.5)"},
+    {"cylinder", [](T3dPort& p, bool filled) { p.cylinder(filled, true); },
+     [](T3dPort& p, bool filled) { p.cylinder(kCentre, 0.5f, 2, filled, true); }, "glScalef(0.5, 0.5, 2)"},
+    {"octahedron", [](T3dPort& p, bool filled) { p.octahedron(filled); },
+     [](T3dPort& p, bool filled) { p.octahedron(kCentre, 0.5f, filled); }, "glScalef(0.5, 0.5, 0.5)"},
+    {"tetrahedron", [](T3dPort& p, bool filled) { p.tetrahedron(filled); },
+     [](T3dPort& p, bool filled) { p.tetrahedron(kCentre, 0.5f, filled); }, "glScalef(0.5, 0.5, 0.5)"},
 };
 
 struct Xyz
@@ -57,8 +82,7 @@ inline Xyz turned(const Xyz& p, double degrees)
     return {p.x * c - p.y * s, p.x * s + p.y * c, p.z};
 }
 
-// What is computed in double precision has to arrive so.
-constexpr double kDoubles = 1e-12;
+constexpr Xyz kUp{0, 0, 1};
 constexpr double kFloats = 3e-7;
 
 /** A vertex, and the normal and edge flag it got. Without a normal sent before it has the null vector. */
@@ -67,8 +91,7 @@ struct SentVertex
     Xyz at;
     Xyz normal;
     bool edge = true;
-    double precision = kDoubles; ///< in which the vertex was sent
-    double normalPrecision = kDoubles;
+    double precision = 1e-12; ///< in which the vertex was sent
 };
 
 struct SentPrimitive
@@ -87,42 +110,29 @@ struct Sent
 inline Sent sentBy(const Calls& calls)
 {
     Sent sent;
-    Xyz normal;
-    double normalPrecision = kDoubles;
-    bool edge = true;
+    SentVertex vertex;
     bool inside = false;
     for (const std::string& call : calls) {
         const std::string name = call.substr(0, call.find('('));
-        const auto isA = [&name](const char* prefix) { return name.rfind(prefix, 0) == 0; };
-        if (name == "glBegin") {
-            EXPECT_FALSE(inside) << "glBegin inside of another";
-            inside = true;
-            sent.primitives.push_back({call.substr(8, call.size() - 9), {}});
-        } else if (name == "glEnd") {
-            EXPECT_TRUE(inside) << "glEnd without glBegin";
-            inside = false;
+        const bool isNormal = name.rfind("glNormal3", 0) == 0;
+        if (name == "glBegin" || name == "glEnd") {
+            EXPECT_NE(inside, name == "glBegin") << "unpaired " << name;
+            inside = name == "glBegin";
+            if (inside)
+                sent.primitives.push_back({call.substr(8, call.size() - 9), {}});
         } else if (name == "glEdgeFlag") {
-            edge = call == "glEdgeFlag(GL_TRUE)";
-        } else if (isA("glVertex") || isA("glNormal3")) {
-            double values[3] = {0, 0, 0};
-            const char* text = call.c_str() + name.size();
-            for (double& value : values) {
-                text += std::strspn(text, "([, ");
-                if (*text == ')' || *text == ']')
-                    break;
-                char* end = nullptr;
-                value = std::strtod(text, &end);
-                text = end;
-            }
-            const Xyz xyz{values[0], values[1], values[2]};
-            const double precision = name.find('f', 7) == std::string::npos ? kDoubles : kFloats;
-            if (isA("glNormal3")) {
-                normal = xyz;
-                normalPrecision = precision;
-            } else if (inside)
-                sent.primitives.back().vertices.push_back({xyz, normal, edge, precision, normalPrecision});
-            else
-                ADD_FAILURE() << call << " outside of glBegin and glEnd";
+            vertex.edge = call == "glEdgeFlag(GL_TRUE)";
+        } else if (isNormal || (inside && name.rfind("glVertex", 0) == 0)) {
+            std::string numbers = call.substr(name.size());
+            std::replace_if(
+                numbers.begin(), numbers.end(), [](char c) { return std::strchr("()[],", c); }, ' ');
+            std::istringstream in(numbers);
+            Xyz xyz;
+            in >> xyz.x >> xyz.y >> xyz.z;
+            (isNormal ? vertex.normal : vertex.at) = xyz;
+            vertex.precision = name.find('f', 7) == std::string::npos ? 1e-12 : kFloats;
+            if (!isNormal)
+                sent.primitives.back().vertices.push_back(vertex);
         } else {
             sent.others.push_back(call);
         }
@@ -143,7 +153,7 @@ inline void expectSent(const std::vector<SentPrimitive>& wanted, const std::vect
             const SentVertex& w = wanted[i].vertices[k];
             const SentVertex& g = got[i].vertices[k];
             EXPECT_TRUE(isNear(w.at, g.at, g.precision)) << "vertex " << k << " is " << g.at << " and not " << w.at;
-            EXPECT_TRUE(isNear(w.normal, g.normal, g.normalPrecision))
+            EXPECT_TRUE(isNear(w.normal, g.normal, kFloats))
                 << "normal " << k << " is " << g.normal << " and not " << w.normal;
             EXPECT_EQ(w.edge, g.edge) << "edge flag " << k;
         }
@@ -157,43 +167,6 @@ inline std::vector<SentVertex> with(const Xyz& normal, const std::vector<Xyz>& p
     for (const Xyz& point : points)
         vertices.push_back({point, normal});
     return vertices;
-}
-
-/** Points told apart by their places. */
-class Corners
-{
-public:
-    int operator[](const Xyz& p)
-    {
-        for (std::size_t i = 0; i < fPoints.size(); ++i)
-            if (isNear(fPoints[i], p, kTolerance))
-                return int(i);
-        fPoints.push_back(p);
-        return int(fPoints.size()) - 1;
-    }
-    int count() const { return int(fPoints.size()); }
-
-private:
-    static constexpr double kTolerance = 1e-5;
-    std::vector<Xyz> fPoints;
-};
-
-/** Numbers of corners: all around a face, or the two ends of a line. */
-using Face = std::vector<int>;
-using Edge = std::pair<int, int>;
-
-/** The directed edges around the area that @p pieces cover; those between two pieces cancel out. */
-inline std::set<Edge> boundaryOf(const std::vector<Face>& pieces)
-{
-    std::set<Edge> boundary;
-    for (const Face& piece : pieces) {
-        for (std::size_t i = 0; i < piece.size(); ++i) {
-            const Edge edge(piece[i], piece[(i + 1) % piece.size()]);
-            if (boundary.erase({edge.second, edge.first}) == 0)
-                boundary.insert(edge);
-        }
-    }
-    return boundary;
 }
 
 /** A port in a small window, current, with what it sees of z = 0 from -2 to 2 in x and y. */
@@ -218,11 +191,11 @@ protected:
         port.setCurrentContext();
     }
 
-    static Calls callsOf(T3dPort& port, const Draw& draw)
+    Calls callsOf(const Draw& draw)
     {
         GlRecorder recorder;
         recorder.start();
-        draw(port);
+        draw(port());
         recorder.stop();
         Calls calls;
         for (const std::string& call : recorder.calls())
@@ -230,54 +203,20 @@ protected:
                 calls.push_back(call);
         return calls;
     }
-    Calls callsOf(const Draw& draw) { return callsOf(port(), draw); }
 
     /** The picture that @p draw makes in white on black, its lowest row first. */
-    static std::vector<QRgb> pixelsOf(T3dPort& port, const Draw& draw)
+    std::vector<QRgb> pixelsOf(const Draw& draw)
     {
-        port.clearColor(kCblack);
-        port.clear(GL_COLOR_BUFFER_BIT | GL_DEPTH_BUFFER_BIT);
-        port.color(kCwhite);
-        port.setCurrentContext();
-        draw(port);
+        port().clearColor(kCblack);
+        port().clear(GL_COLOR_BUFFER_BIT | GL_DEPTH_BUFFER_BIT);
+        port().color(kCwhite);
+        port().setCurrentContext();
+        draw(port());
         std::vector<QRgb> pixels(kSize * kSize);
         glReadPixels(0, 0, kSize, kSize, GL_BGRA, GL_UNSIGNED_BYTE, pixels.data());
         for (QRgb& pixel : pixels)
             pixel &= 0xFFFFFF;
         return pixels;
-    }
-    std::vector<QRgb> pixelsOf(const Draw& draw) { return pixelsOf(port(), draw); }
-
-    /**
-     * What OpenGL makes of the arrays that @p draw sends, in their order: lines, and polygons that are cut as the
-     * driver likes. Not for shapes sent vertex by vertex, of which the driver would keep memory in this mode.
-     */
-    std::vector<Face> fedBack(const Draw& draw, Corners& corners)
-    {
-        std::vector<float> buffer(5000);
-        glFeedbackBuffer(GLsizei(buffer.size()), GL_3D, buffer.data());
-        glRenderMode(GL_FEEDBACK);
-        draw(port());
-        buffer.resize(std::size_t(std::max(glRenderMode(GL_RENDER), 0)));
-        std::vector<Face> pieces;
-        for (std::size_t i = 0; i < buffer.size();) {
-            const auto token = GLenum(buffer[i++]);
-            const std::size_t count = token == GL_POLYGON_TOKEN ? std::size_t(buffer[i++]) : 2;
-            pieces.emplace_back();
-            for (std::size_t k = 0; k < count && i + 2 < buffer.size(); ++k, i += 3)
-                pieces.back().push_back(
-                    corners[{4.0 * buffer[i] / kSize - 2, 4.0 * buffer[i + 1] / kSize - 2, 4 - 8.0 * buffer[i + 2]}]);
-        }
-        return pieces;
-    }
-
-    /** How much of the 4 by 4 units seen is not black. */
-    double areaOf(const Draw& draw)
-    {
-        int count = 0;
-        for (const QRgb pixel : pixelsOf(draw))
-            count += pixel != 0;
-        return 16.0 * count / (kSize * kSize);
     }
 
     PortWindow<> fWindow;

@@ -82,12 +82,14 @@ TEST_P(PortOnScreen, LandsInWindowAndPixmapWhereItShould)
     port.setUpdateCommand(&draw);
     ASSERT_TRUE(made.show());
     // The first drawing after a size change fills the new size.
-    for (const QSize size : {QSize(200, 60), QSize(64, 160), QSize(120, 80)}) {
+    const auto resizeAndCheck = [&](const QSize& size) {
         made.window().resize(size);
         const TportRect wanted(0, 0, short(size.width()), short(size.height()));
         ASSERT_TRUE(waitUntil([&] { return port.portRect() == wanted; }));
         EXPECT_TRUE(isScene(shownPixels(port), size)) << size.width() << " x " << size.height();
-    }
+    };
+    for (const QSize size : {QSize(200, 60), QSize(64, 160), QSize(120, 80)})
+        resizeAndCheck(size);
     settle();
     PortWindow<> other(50, 50);
     other.port().setCurrentContext();
@@ -98,6 +100,8 @@ TEST_P(PortOnScreen, LandsInWindowAndPixmapWhereItShould)
     EXPECT_TRUE(isScene(shownPixels(port), QSize(120, 80))) << "is as it was";
     EXPECT_EQ(port.stateDifferences().length(), 0u);
     EXPECT_EQ(other.port().stateDifferences().length(), 0u);
+    // Also when contexts were switched since the last frame.
+    resizeAndCheck(QSize(200, 60));
 }
 
 INSTANTIATE_TEST_SUITE_P(Buffers, PortOnScreen, testing::Values(Buffering::kSingle, Buffering::kDouble),

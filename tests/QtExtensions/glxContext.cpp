@@ -203,3 +203,27 @@ TEST(GlxContext, BindsOnceAndOnlyWhereItMay)
 }
 
 } // namespace
+
+TEST(GlxVersion, RaisesWhatIsAskedForAndNothingBelow33)
+{
+    // The driver here reports at least 3.3.
+    QGLFormat old;
+    old.setVersion(2, 1);
+    QlirnGLContext::setBestGLVersion(old);
+    EXPECT_GE(old.majorVersion() * 10 + old.minorVersion(), 33);
+
+    QGLFormat beyond;
+    beyond.setVersion(9, 0);
+    QlirnGLContext::setBestGLVersion(beyond);
+    EXPECT_EQ(beyond.majorVersion(), 9);
+
+    // A probe that finds no visual, and one that finds no context, leave 3.3.
+    for (const char* failing : {"glXChooseVisual", "glXCreateContext"}) {
+        GlRecorder::failNext(failing, 100);
+        QGLFormat format;
+        format.setVersion(2, 1);
+        QlirnGLContext::setBestGLVersion(format);
+        EXPECT_EQ(format.majorVersion() * 10 + format.minorVersion(), 33) << failing;
+        GlRecorder::resetOverrides();
+    }
+}

@@ -55,13 +55,11 @@ TEST(ExternalBuffer, TakesTheDrawingAndGivesThePortBack)
         fill(port, TportColor(1, 0, 0));
         const TportRect before = port.portRect();
         port.beginBuffer(&buffer);
-        EXPECT_TRUE(target.fBound);
         EXPECT_EQ(TportRect(0, 0, 24, 16), port.portRect());
         EXPECT_EQ(TstringArray(), port.stateDifferences());
         fill(port, TportColor(0, 1, 0));
         EXPECT_EQ(TstringArray(), port.stateDifferences());
         port.endBuffer(&buffer);
-        EXPECT_FALSE(target.fBound);
         EXPECT_EQ(before, port.portRect());
         EXPECT_EQ(TstringArray(), port.stateDifferences());
         GLubyte c[4] = {};

@@ -82,13 +82,6 @@ std::string OutputCapture::text() const
     return text;
 }
 
-bool CountingAction::run(const Tevent& event)
-{
-    ++fRuns;
-    fLastEvent = event;
-    return fResult;
-}
-
 ScopedEnv::ScopedEnv(const char* name, const char* value) : fName(name)
 {
     if (const char* const former = std::getenv(name))

@@ -51,18 +51,15 @@ public:
     explicit MessageCollector(Describe describe = {}) : fDescribe(std::move(describe)) {}
 
     void receive(const TserverModifiedMsg& message) override;
-    void serverDeleted(TclientServer* server) override { fDeletedServers.push_back(server); }
 
     const std::vector<Message>& messages() const { return fMessages; }
     std::vector<std::string> types() const;
     int count(const std::string& type) const;
-    const std::vector<TclientServer*>& deletedServers() const { return fDeletedServers; }
     void clear() { fMessages.clear(); }
 
 private:
     Describe fDescribe;
     std::vector<Message> fMessages;
-    std::vector<TclientServer*> fDeletedServers;
 };
 
 /** Takes what is written to a file descriptor, by this library or another, until it goes. */
@@ -94,23 +91,6 @@ class StderrCapture : public OutputCapture
 {
 public:
     StderrCapture() : OutputCapture(2, stderr) {}
-};
-
-/** Counts its runs and keeps the latest event's fields. */
-class CountingAction : public Taction
-{
-public:
-    explicit CountingAction(bool result = true) : fResult(result) {}
-
-    bool run(const Tevent& event) override;
-
-    int runs() const { return fRuns; }
-    const Tevent& lastEvent() const { return fLastEvent; }
-
-private:
-    bool fResult;
-    int fRuns = 0;
-    Tevent fLastEvent;
 };
 
 /** An environment variable set, or absent, for as long as this lives. */

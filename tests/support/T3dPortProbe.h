@@ -9,21 +9,12 @@
 /** Reads, and where a test needs it sets, what a port keeps to itself. */
 struct T3dPortProbe
 {
-    static std::uint64_t flags(const T3dPort& p) { return p.fPortFlags.value(); }
     static TglContext* context(const T3dPort& p) { return p.fContext; }
-    static TglContext* primaryContext(const T3dPort& p) { return p.fPrimaryContext; }
-    static std::uint32_t matrixValid(const T3dPort& p) { return p.fMatrixValid; }
     static const TglColorTable* activeColorTable(const T3dPort& p) { return p.fActiveColorTable; }
-    static int colorIndexSpan(const T3dPort& p) { return p.fColorIndexSpan; }
-    static const TglLight* defaultLight(const T3dPort& p) { return p.fDefaultLight.get(); }
-    static unsigned viewportCount(const T3dPort& p) { return p.fViewportStack.length(); }
-    static bool twoSidedLighting(const T3dPort& p) { return p.fTwoSidedLighting; }
-    static bool polygonOffsetFillOn(const T3dPort& p) { return p.fPolygonOffsetFillOn; }
 
     static void setFlag(T3dPort& p, T3dPort::TportFlags flag, bool on) { p.fPortFlags.assign(flag, on); }
     static void setSelectMatrix(T3dPort& p, const T4dDblMatrix& m) { p.fSelectMatrix = m; }
 
-    static const TglContextPtrArray& allContexts() { return T3dPort::fsAllContexts; }
     static void setCanLookUpEntryPoints(bool can) { T3dPort::fsCanLookUpEntryPoints = can; }
 
     struct Member

@@ -15,7 +15,6 @@
 #include <cstring>
 #include <functional>
 #include <limits>
-#include <ostream>
 #include <set>
 #include <sstream>
 #include <string>
@@ -52,33 +51,18 @@ const ListedShape kListedShapes[] = {
      [](T3dPort& p, bool filled) { p.tetrahedron(kCentre, 0.5f, filled); }, "glScalef(0.5, 0.5, 0.5)"},
 };
 
-struct Xyz
-{
-    double x = 0;
-    double y = 0;
-    double z = 0;
-};
-
-inline std::ostream& operator<<(std::ostream& out, const Xyz& p)
-{
-    return out << "(" << p.x << " " << p.y << " " << p.z << ")";
-}
+using Xyz = T4dDblVector;
 
 inline bool isNear(const Xyz& a, const Xyz& b, double tolerance)
 {
     return std::abs(a.x - b.x) <= tolerance && std::abs(a.y - b.y) <= tolerance && std::abs(a.z - b.z) <= tolerance;
 }
 
-inline double radians(double degrees)
-{
-    return degrees * std::acos(-1.0) / 180;
-}
-
 /** @p p turned about z by @p degrees; positive ones turn +y towards -x. */
 inline Xyz turned(const Xyz& p, double degrees)
 {
-    const double c = std::cos(radians(degrees));
-    const double s = std::sin(radians(degrees));
+    const double c = std::cos(degrees * std::acos(-1.0) / 180);
+    const double s = std::sin(degrees * std::acos(-1.0) / 180);
     return {p.x * c - p.y * s, p.x * s + p.y * c, p.z};
 }
 
@@ -152,9 +136,8 @@ inline void expectSent(const std::vector<SentPrimitive>& wanted, const std::vect
         for (std::size_t k = 0; k < wanted[i].vertices.size(); ++k) {
             const SentVertex& w = wanted[i].vertices[k];
             const SentVertex& g = got[i].vertices[k];
-            EXPECT_TRUE(isNear(w.at, g.at, g.precision)) << "vertex " << k << " is " << g.at << " and not " << w.at;
-            EXPECT_TRUE(isNear(w.normal, g.normal, kFloats))
-                << "normal " << k << " is " << g.normal << " and not " << w.normal;
+            EXPECT_TRUE(isNear(w.at, g.at, g.precision)) << "vertex " << k;
+            EXPECT_TRUE(isNear(w.normal, g.normal, kFloats)) << "normal " << k;
             EXPECT_EQ(w.edge, g.edge) << "edge flag " << k;
         }
     }
@@ -178,18 +161,12 @@ protected:
     Shapes() : fWindow(kSize, kSize)
     {
         EXPECT_TRUE(fWindow.show());
-        lookAtScene(port());
+        port().ortho(-2, 2, -2, 2, -4, 4);
+        port().setCurrentContext();
     }
     ~Shapes() override { T3dPort::fsDepreciateFixedFunction = false; }
 
     T3dPort& port() { return fWindow.port(); }
-
-    static void lookAtScene(T3dPort& port)
-    {
-        port.ortho(-2, 2, -2, 2, -4, 4);
-        port.loadIdentity();
-        port.setCurrentContext();
-    }
 
     Calls callsOf(const Draw& draw)
     {

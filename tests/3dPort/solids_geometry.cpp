@@ -87,18 +87,6 @@ std::vector<SentPrimitive> wantedCone(bool filled)
     return {fan, {"GL_POLYGON", with(kDown, {base.rbegin(), base.rend()})}};
 }
 
-/** The second pass of the outline cone: only the lines to every second point of the base have their edge flags. */
-std::vector<SentPrimitive> wantedConeOutline()
-{
-    SentPrimitive triangles{"GL_TRIANGLES", {}};
-    for (int j = 0; j < 7; ++j) {
-        triangles.vertices.push_back({kUp, kUp, true});
-        for (const int i : {2 * j, 2 * j + 2})
-            triangles.vertices.push_back({turned({0, 1, 0}, 24 * i), turned({0, kSlant, kSlant}, 24 * i), false});
-    }
-    return {triangles, wantedCone(true)[1]};
-}
-
 std::vector<SentPrimitive> wantedSphere(bool filled)
 {
     const Xyz e{-0.309, 0.9512, 0};
@@ -162,17 +150,14 @@ std::vector<SentPrimitive> wantedOctahedron(bool filled)
     if (!filled)
         return {faces("GL_LINE_LOOP", tips, {{{}, {2, 0, 5, 3, 2, 1, 5, 4}}}),
                 faces("GL_LINE_LOOP", tips, {{{}, {0, 1, 3, 4}}})};
-    const double n = kRootOf3;
+    SentPrimitive triangles{"GL_TRIANGLES", {}};
     // Half of the normals face inwards, as do the faces that they stand on.
-    return {faces("GL_TRIANGLES", tips,
-                  {{{n, n, n}, {3, 4, 5}},
-                   {{-n, -n, n}, {3, 4, 2}},
-                   {{-n, n, -n}, {3, 1, 5}},
-                   {{n, -n, -n}, {3, 1, 2}},
-                   {{n, -n, -n}, {0, 4, 5}},
-                   {{-n, n, -n}, {0, 4, 2}},
-                   {{-n, -n, n}, {0, 1, 5}},
-                   {{n, n, n}, {0, 1, 2}}})};
+    for (int i = 0; i < 8; ++i) {
+        const double x = i & 4 ? 1 : -1, y = i & 2 ? 1 : -1, z = i & 1 ? 1 : -1, n = kRootOf3;
+        for (const Xyz& tip : {Xyz{x, 0, 0}, Xyz{0, y, 0}, Xyz{0, 0, z}})
+            triangles.vertices.push_back({tip, {n * y * z, n * x * z, n * x * y}});
+    }
+    return {triangles};
 }
 
 std::vector<SentPrimitive> wantedTetrahedron(bool filled)
@@ -187,11 +172,6 @@ std::vector<SentPrimitive> wantedTetrahedron(bool filled)
                    {{0, 0, -1}, {0, 2, 1}}})};
 }
 
-std::vector<SentPrimitive> wantedRing(double innerRatio, double facing)
-{
-    return {{"GL_QUAD_STRIP", with({0, 0, facing}, zip(ring({0, 1, 0}, 61, 6), ring({0, innerRatio, 0}, 61, 6)))}};
-}
-
 std::vector<SentPrimitive> wantedCircle(bool filled)
 {
     return {{filled ? "GL_POLYGON" : "GL_LINE_LOOP", with(filled ? kUp : Xyz(), ring({0, 1, 0}, 60, 6))}};
@@ -199,9 +179,7 @@ std::vector<SentPrimitive> wantedCircle(bool filled)
 
 } // namespace
 
-class Solids : public Shapes
-{
-};
+using Solids = Shapes;
 
 TEST_F(Solids, AreCompiledOnceAndThenCalled)
 {
@@ -243,18 +221,25 @@ TEST_F(Solids, AreCompiledOnceAndThenCalled)
 
 TEST_F(Solids, RingsAreSentEachTime)
 {
-    expectSent(wantedRing(0.25, 1), sentBy(callsOf([](T3dPort& p) { p.ring(0.25f, false); })).primitives);
-    const Sent placed = sentBy(callsOf([](T3dPort& p) { p.ring(kCentre, 5, 2, true); }));
-    expectSent(wantedRing(2.5, -1), placed.primitives);
-    EXPECT_EQ((Calls{"glPushMatrix()", "glTranslated(1, 2, 3)", "glScalef(2, 2, 1)", "glPopMatrix()"}), placed.others);
+    const std::vector<Xyz> points = zip(ring({0, 1, 0}, 61, 6), ring({0, 2.5, 0}, 61, 6));
+    const Sent sent = sentBy(callsOf([](T3dPort& p) { p.ring(kCentre, 5, 2, true); }));
+    expectSent({{"GL_QUAD_STRIP", with(kDown, points)}}, sent.primitives);
+    EXPECT_EQ((Calls{"glPushMatrix()", "glTranslated(1, 2, 3)", "glScalef(2, 2, 1)", "glPopMatrix()"}), sent.others);
+    EXPECT_EQ("glNormal3f(0, 0, 1)", callsOf([](T3dPort& p) { p.ring(2.5f, false); })[1]);
 }
 
 TEST_F(Solids, OutlineConeDrawsTheConeAndThenLines)
 {
     const Sent sent = sentBy(callsOf([](T3dPort& p) { p.outline_cone(0); }));
     std::vector<SentPrimitive> wanted = wantedCone(true);
-    for (const SentPrimitive& primitive : wantedConeOutline())
-        wanted.push_back(primitive);
+    wanted.push_back({"GL_TRIANGLES", {}});
+    // In the second pass only the lines to every second point of the base have their edge flags.
+    for (int i = 0; i < 14; i += 2) {
+        wanted[2].vertices.push_back({kUp, kUp, true});
+        for (const int degrees : {24 * i, 24 * (i + 2)})
+            wanted[2].vertices.push_back({turned({0, 1, 0}, degrees), turned({0, kSlant, kSlant}, degrees), false});
+    }
+    wanted.push_back(wanted[1]);
     expectSent(wanted, sent.primitives);
     const Calls outline = {"glPolygonMode(GL_FRONT_AND_BACK, GL_LINE)", "glPolygonMode(GL_FRONT_AND_BACK, GL_FILL)",
                            "glEndList()"};

@@ -8,6 +8,7 @@
 #include <gtest/gtest.h>
 
 #include <climits>
+#include <cstring>
 #include <string>
 #include <vector>
 
@@ -117,4 +118,56 @@ TEST(PixelBlock, ImpossibleSizesHaveNoPixels)
         block.scaleTo(fits);
     }
     EXPECT_EQ(GLenum(GL_NO_ERROR), glGetError());
+}
+
+TEST(PixelBlock, AllocationGrowsAndShrinksOnlyWhenExact)
+{
+    TglPixels block(TglPixels::kRgba, 4, 3);
+    EXPECT_EQ(nullptr, block.data()->fData);
+    EXPECT_NE(nullptr, block.pixels());
+    const auto size = [&] { return block.data()->fByteSize; };
+    EXPECT_EQ(4 * 5 * 4, size());
+    block.resize(2, 2, false);
+    EXPECT_EQ(4 * 5 * 4, size());
+    block.resize(2, 2, true); // nothing but the flag changes: it is kept, and the block shrinks
+    EXPECT_EQ(4 * 3 * 3, size());
+    block.resize(6, 6, true);
+    EXPECT_EQ(4 * 7 * 7, size());
+    block.reformat(TglPixels::kRed, true);
+    EXPECT_EQ(4 * 7 * 7, size()) << "until it is used";
+    block.pixels();
+    EXPECT_EQ(7 * 7, size());
+    block.retype(TglPixels::kFloat, false);
+    EXPECT_FALSE(block.data()->fExact);
+    EXPECT_EQ(4, block.data()->fAlignment);
+    block.pixels();
+    EXPECT_EQ(4 * 7 * 7, size());
+    block.reformat(TglPixels::kRed, true);
+    EXPECT_TRUE(block.data()->fExact);
+    block.retype(TglPixels::kFloat, false);
+    EXPECT_FALSE(block.data()->fExact);
+    block.resize(0, 5, true);
+    EXPECT_EQ(0, size());
+    EXPECT_EQ(nullptr, block.pixels());
+}
+
+TEST(PixelBlock, FlipTurnsTheRowsOver)
+{
+    TglPixels block(TglPixels::kRgb, 3, 4, TglPixels::kUnsignedShort);
+    block.flip(); // without pixels yet
+    EXPECT_EQ(nullptr, block.data()->fData);
+    fill(block, 40);
+    constexpr std::size_t kRow = 3 * 3 * 2;
+    const std::vector<std::uint8_t> before = bytesOf(block);
+    block.flip();
+    const std::vector<std::uint8_t> after = bytesOf(block);
+    for (std::size_t row = 0; row < 4; ++row)
+        EXPECT_EQ(0, std::memcmp(&before[row * kRow], &after[(3 - row) * kRow], kRow)) << row;
+    EXPECT_EQ(before.size(), after.size());
+
+    // A block with more room than it needs comes out with just enough, so that it can be drawn.
+    block.resize(2, 2, false);
+    EXPECT_GT(block.data()->fByteSize, block.data()->needed());
+    block.flip();
+    EXPECT_EQ(block.data()->needed(), block.data()->fByteSize);
 }

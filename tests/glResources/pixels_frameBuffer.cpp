@@ -89,3 +89,21 @@ TEST(PixelTransfer, ColoursAreReadAndDrawnInEveryFormatTypeAndOddSize)
         }
     }
 }
+
+TEST(PixelTransfer, DepthIsReadAsItWasCleared)
+{
+    PortWindow<> made(40, 30);
+    ASSERT_TRUE(made.show());
+    made.port().setCurrentContext();
+    glClearDepth(0.25);
+    glClear(GL_DEPTH_BUFFER_BIT);
+    TglPixels ints(TglPixels::kDepth, 5, 3);
+    ints.read(4, 6);
+    TglPixels floats(TglPixels::kDepth, 5, 3, TglPixels::kFloat);
+    floats.read(4, 6);
+    ASSERT_TRUE(ints.pixels() && floats.pixels());
+    for (int i = 0; i < 15; ++i) {
+        EXPECT_NEAR(reinterpret_cast<const GLuint*>(ints.pixels())[i] / 4294967295.0, 0.25, 1e-6);
+        EXPECT_NEAR(reinterpret_cast<const GLfloat*>(floats.pixels())[i], 0.25, 1e-6);
+    }
+}

@@ -246,3 +246,55 @@ TEST_F(Solids, OutlineConeDrawsTheConeAndThenLines)
     ASSERT_LT(8u, sent.others.size());
     EXPECT_EQ(outline, Calls(sent.others.begin() + 5, sent.others.begin() + 8));
 }
+
+// By counting alone, whatever the tables above say.
+TEST_F(Solids, FilledOnesAreClosed)
+{
+    const struct
+    {
+        const char* name;
+        Draw draw;
+        int corners, edges, faces;
+    } solids[] = {
+        {"box", [](T3dPort& p) { p.box(true); }, 8, 12, 6},
+        {"cone", [](T3dPort& p) { p.cone(true); }, 16, 30, 16},
+        {"sphere", [](T3dPort& p) { p.sphere(true); }, 42, 120, 80},
+        {"cylinder", [](T3dPort& p) { p.cylinder(true, true); }, 120, 240, 122},
+        {"octahedron", [](T3dPort& p) { p.octahedron(true); }, 6, 12, 8},
+        {"tetrahedron", [](T3dPort& p) { p.tetrahedron(true); }, 4, 6, 4},
+    };
+    for (const auto& solid : solids) {
+        SCOPED_TRACE(solid.name);
+        std::vector<Xyz> corners;
+        const auto cornerAt = [&corners](const Xyz& at) {
+            const auto found =
+                std::find_if(corners.begin(), corners.end(), [&](const Xyz& c) { return isNear(c, at, 1e-4); });
+            if (found != corners.end())
+                return int(found - corners.begin());
+            corners.push_back(at);
+            return int(corners.size()) - 1;
+        };
+        std::vector<std::vector<int>> faces;
+        for (const SentPrimitive& primitive : sentBy(callsOf(solid.draw)).primitives) {
+            std::vector<int> c;
+            for (const SentVertex& vertex : primitive.vertices)
+                c.push_back(cornerAt(vertex.at));
+            const std::size_t each = primitive.mode == "GL_POLYGON" ? c.size()
+                                     : primitive.mode == "GL_QUADS" ? 4
+                                     : primitive.mode == "GL_TRIANGLES" ? 3 : 0;
+            for (std::size_t i = 0; each && i < c.size(); i += each)
+                faces.emplace_back(c.begin() + long(i), c.begin() + long(i + each));
+            for (std::size_t i = 2; !each && i < c.size(); ++i)
+                faces.push_back({primitive.mode == "GL_TRIANGLE_FAN" ? c[0] : c[i - 2], c[i - 1], c[i]});
+        }
+        std::map<std::pair<int, int>, int> uses;
+        for (const auto& face : faces)
+            for (std::size_t i = 0; i < face.size(); ++i)
+                ++uses[std::minmax(face[i], face[(i + 1) % face.size()])];
+        for (const auto& [edge, count] : uses)
+            EXPECT_EQ(2, count) << "the edge from " << edge.first << " to " << edge.second;
+        EXPECT_EQ(solid.corners, int(corners.size()));
+        EXPECT_EQ(solid.edges, int(uses.size()));
+        EXPECT_EQ(solid.faces, int(faces.size()));
+    }
+}

@@ -18,7 +18,9 @@
 
 #include <GL/gl.h>
 
+#include <cmath>
 #include <cstdint>
+#include <limits>
 #include <memory>
 
 class Q3dPort;
@@ -213,7 +215,21 @@ public:
     bool doMouseWheel(const Tevent& event) override;
     /** Posts a TviewportVisibilityChangedMsg. */
     void visibleNotify(bool visible) override;
+    /** Turns the event's local position from window into port pixels. */
     void adjustEventLocalPosition(Tevent& event) const override;
+    /**
+     * Starts picking with OpenGL's selection mode inside fSelectRect: what is drawn until endSelect leaves hit records of
+     * the names in force (loadName, pushName) instead of pixels. May be called at any time, not only while painting.
+     * @param buffer  takes the records (see TpickBuffer) and must live until endSelect; null for the shared fsSelectBuffer
+     * @param size    words of @p buffer; 0 for the shared buffer
+     */
+    void beginSelect(unsigned* buffer, int size) override;
+    /**
+     * Ends picking, and puts the projection back.
+     * @return the number of hit records. When they did not fit: 1 with the shared buffer, whose first record is good, and
+     *         a negative number with a buffer of the caller's
+     */
+    int endSelect() override;
     /** Redraws if setDoUpdateOnMove is on. */
     void parentWindowMoveNotify() override;
     /** Takes the size of @p r, redraws on a change and calls resizeHook. Returns false. */
@@ -407,11 +423,6 @@ public:
     /** The port drawn at its own size, into the lower left corner of a picture of @p w by @p h pixels; null on failure. */
     QPixmap renderToPixmap(int w, int h);
 
-    /** From window pixels (origin at the upper left) to port pixels (lower left). */
-    Tpoint windowToPort(const Tpoint& p) const;
-    /** From port pixels to window pixels. */
-    Tpoint portToWindow(const Tpoint& p) const;
-
     // Matrices. Row vectors: p' = p x M, memory as OpenGL's; "top" is the current matrix of a stack.
 
     GLenum matrixMode() const { return fMatrixMode; }
@@ -483,6 +494,129 @@ public:
     void endProjMatrixOverride();
     void glLoadModelViewMatrix() const;
     void glLoadMatrices() const;
+
+    // Coordinate mapping and clipping, on the port's own matrices and viewport; OpenGL is neither asked nor told. Three
+    // spaces: world (what the model-view matrix takes), port (pixels, origin at the lower left, and as z the depth from 0
+    // near to 1 far), window (pixels, origin at the upper left, as events have them). A world point's w is used as it is.
+
+    /** What worldToPort tells of a point. */
+    enum TpointPlace : int { kPointInside = 0, kPointAtInfinity = 150, kPointOutside = 151 };
+
+    /**
+     * From clip to port space; w becomes 1. For a w within 1e-10 of 0 the point lies at infinity: x and y are the largest
+     * float then, z half of that.
+     */
+    T4dDblPoint scaleToPort(const T4dDblPoint& c) const
+    {
+        constexpr double kInfinite = std::numeric_limits<float>::max();
+        if (!(std::abs(c.w) > kLeastW))
+            return {kInfinite, kInfinite, kInfinite * 0.5};
+        const double halfWidth = fViewport->width() * 0.5;
+        const double halfHeight = fViewport->height() * 0.5;
+        return {c.x / c.w * halfWidth + halfWidth + fViewport->left,
+                c.y / c.w * halfHeight + halfHeight + fViewport->bottom, (c.z / c.w + 1) * 0.5};
+    }
+    /**
+     * From world to port space; @p out is set in every case, and may be @p p.
+     * @return a TpointPlace: kPointOutside outside the view volume, so for every point behind the eye
+     */
+    int worldToPort(const T4dDblPoint& p, T4dDblPoint& out) const
+    {
+        const T4dDblPoint c = p * transform();
+        out = scaleToPort(c);
+        if (std::abs(c.w) <= kLeastW)
+            return kPointAtInfinity;
+        const bool inside = (std::abs(c.x) <= c.w) & (std::abs(c.y) <= c.w) & (std::abs(c.z) <= c.w);
+        return inside ? kPointInside : kPointOutside;
+    }
+    /**
+     * Clips the segment from @p a to @p b by the view volume and maps what is left of it.
+     * @return 0; -1, and the outputs left alone, when nothing is left
+     */
+    int worldToPort(const T4dDblPoint& a, const T4dDblPoint& b, T4dDblPoint& outA, T4dDblPoint& outB) const;
+    /**
+     * True if @p c, in clip space, lies outside the plane: 0 top (y > w), 1 bottom (-w > y), 2 left (-w > x), 3 right
+     * (x > w), 4 far (z > w), 5 near (-w > z). Nothing is outside any other plane.
+     */
+    bool isPointOutside(short plane, const T4dDblPoint& c) const;
+    /** Where the line from @p a to @p b, in clip space, meets the plane; @p a for a number that is no plane's. */
+    T4dDblPoint intersection(short plane, const T4dDblPoint& a, const T4dDblPoint& b) const;
+    /**
+     * The ray of world points that are seen at @p p.
+     * @param point  set to the one on the near plane
+     * @param dir    set to the unit vector that leads from there to the far plane
+     */
+    void portToWorld(const Tpoint& p, T4dDblPoint& point, T4dDblVector& dir) const;
+    /** The world point seen where @p p is, at @p depth from 0 (near) to 1 (far); @p p itself when that lies at infinity. */
+    T4dDblPoint worldToDepth(const T4dDblPoint& p, double depth) const;
+    /** From window to port pixels: y counted from the other edge of the port rectangle. */
+    Tpoint windowToPort(const Tpoint& p) const;
+    /** The same, the other way. */
+    Tpoint portToWindow(const Tpoint& p) const;
+    /**
+     * How many lengths of @p v cover @p pixels pixels on the screen when they start from @p p, at least 1e-5; good for
+     * handles of constant size. 1 for a vector that has no extent on the screen. Exact to the pixel only, in which its
+     * end is looked up.
+     */
+    double screenLengthScale(double pixels, const T4dDblPoint& p, const T4dDblVector& v) const;
+    /**
+     * Multiplies a frame into the top of the stack that the matrix mode selects: z along @p dir, y as near to @p up as it
+     * can be, the origin at @p origin. Where @p up and @p dir are parallel the x and y axes are null vectors.
+     */
+    void align(const T4dDblVector& up, const T4dDblVector& dir, const T4dDblPoint& origin);
+    /** Turns the current frame to the camera, its z axis towards it, its y axis up as the camera's. */
+    void alignToCamera();
+
+    // Selection and picking. Set fSelectRect, begin, draw, end. Either mode draws with a projection that shows nothing but
+    // fSelectRect, on a copy that ends with it. Begin and end come in pairs, of one mode at a time; picking works at any
+    // time, in and out of the update command. A rectangle of no extent divides by zero, and hits nothing.
+
+    /** The square from @p p - @p half to @p p + @p half, clipped by clipSelectRect. */
+    TportRect makeSelectRect(const Tpoint& p, unsigned short half) const;
+    /** Cuts off what lies beyond the port's edges: below 0 and above its width and height. */
+    void clipSelectRect(TportRect& r) const;
+
+    // The name stack, as in OpenGL (glLoadName and the like). Nothing is sent unless GL selection is in progress, so
+    // drawing code may name what it draws at all times.
+
+    void loadName(unsigned name)
+    {
+        if (isNaming())
+            glLoadName(name);
+    }
+    void pushName(unsigned name)
+    {
+        if (isNaming())
+            glPushName(name);
+    }
+    void initNames()
+    {
+        if (isNaming())
+            glInitNames();
+    }
+    void popName()
+    {
+        if (isNaming())
+            glPopName();
+    }
+
+    /** The part of beginSelect that concerns the port: its projection, and the name stack open. */
+    void selectInitialization();
+    /** Takes it back. */
+    void selectFinalization();
+
+    /**
+     * Starts picking by drawing: what is drawn until endRasterizationSelect goes, scaled down from fSelectRect to at most
+     * 16 x 16 pixels, into the lower left corner of the viewport, whose depth is cleared. Depth test and depth mask have
+     * to be on while drawing. Takes the scissor test for itself; it is off afterwards.
+     */
+    void beginRasterizationSelect();
+    /**
+     * Ends it.
+     * @param depth  if not null, set to the depth of the nearest thing drawn, from 0 to 1; the largest float without any
+     * @return whether anything was drawn, nearer than the far plane
+     */
+    bool endRasterizationSelect(float* depth);
 
     // Render state. A setter described as cached does nothing, and makes nothing current, for the value recorded.
 
@@ -829,6 +963,7 @@ private:
     static constexpr std::uint32_t fsEitherValid[2] = {0xC, 0x30};
 
     static constexpr unsigned short kModelViewColorBase = 2048;
+    static constexpr double kLeastW = 1e-10; ///< a clip-space w within this of 0 is taken for 0
 
     /** The stack that the matrix mode selects; without a stack when it selects none. */
     struct TselectedStack
@@ -889,6 +1024,32 @@ private:
     void traceXyz(const char* what, const TselectedStack& selected, double x, double y, double z) const;
     void sendMatrixMode(GLenum mode) const;
     const T4dDblMatrix& projectionToLoad() const;
+    const T4dDblMatrix& transform() const
+    {
+        if (!(fMatrixValid & kTransformValid))
+            updateTransform();
+        return fTransformMatrix;
+    }
+    const T4dDblMatrix& inverseTransform() const
+    {
+        if (!(fMatrixValid & kInverseValid))
+            updateInverseTransform();
+        return fInverseTransformMatrix;
+    }
+    [[gnu::cold]] void updateTransform() const;
+    [[gnu::cold]] void updateInverseTransform() const;
+
+    /** True while names go to OpenGL, then with the port's context current. */
+    bool isNaming() const
+    {
+        if (!fPortFlags.test(kPortGLSelect))
+            return false;
+        if (this != fsTrustedPort)
+            bringCurrent();
+        return true;
+    }
+    void pushSelectProjection();
+    void popSelectProjection();
 
     // Fields, in their declared order
 
@@ -929,7 +1090,11 @@ private:
     TportRect fPortRect;
     short fLastRow = 0;
     TportRect fPlayblastRect;
-    TportRect fSelectRect; ///< in port pixels, set before picking
+
+public:
+    TportRect fSelectRect; ///< where to pick, in port pixels; the host writes it before it begins (see makeSelectRect)
+
+private:
     TportColor fGlobalAmbient{0.2f, 0.2f, 0.2f, 1.0f};
     bool fLocalViewer = false;
     bool fTwoSidedLighting = true;
@@ -937,7 +1102,7 @@ private:
     std::unique_ptr<TglLight> fDefaultLight;
     float fReserved1 = 1.0f;
     TviewportArray fPortRectStack{8}; ///< saved port rectangles
-    unsigned* fSelectBuffer = nullptr;
+    unsigned* fSelectBuffer = nullptr; ///< of the GL selection in progress
     TglDisplayList* fCompiledList = nullptr; ///< being compiled
     bool fUseBackingStore = false;
     bool fBackingSaved = false;

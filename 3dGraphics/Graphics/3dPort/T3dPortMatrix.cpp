@@ -280,11 +280,20 @@ void T3dPort::loadProjectionMatrix(const T4dDblMatrix& m)
 
 void T3dPort::getTransformMatrix(T4dDblMatrix& m) const
 {
-    if (!(fMatrixValid & kTransformValid)) {
-        fTransformMatrix.setToProduct(*fModelViewMatrix, *fProjectionMatrix);
-        fMatrixValid |= kTransformValid;
-    }
-    m = fTransformMatrix;
+    m = transform();
+}
+
+void T3dPort::updateTransform() const
+{
+    fTransformMatrix.setToProduct(*fModelViewMatrix, *fProjectionMatrix);
+    fMatrixValid |= kTransformValid;
+}
+
+void T3dPort::updateInverseTransform() const
+{
+    fInverseTransformMatrix = transform();
+    fInverseTransformMatrix.fastInvertIt();
+    fMatrixValid |= kInverseValid;
 }
 
 void T3dPort::perspective(double fovy, double aspect, double zNear, double zFar)

@@ -13,6 +13,7 @@
 #include <filesystem>
 #include <fstream>
 #include <istream>
+#include <limits>
 #include <new>
 #include <streambuf>
 #include <string_view>
@@ -26,13 +27,20 @@ constexpr double kSmallestExtent = 1e-100;
 constexpr std::size_t kMostDigits = 9; // of an index: what certainly fits an int
 constexpr std::size_t kMostCorners = 500000000;
 constexpr int kPercentRead = 75;
-constexpr std::uint32_t kNoNormal = 0xFFFFFFFF;
+constexpr std::uint32_t kNoIndex = 0xFFFFFFFF;
+constexpr std::size_t kLongestName = 64;
 constexpr char kBlanks[] = " \t\r\f\v";
 
 /** Held within what a float can take: a vertex that no face uses may be anywhere. */
 float toFloat(double value)
 {
     return static_cast<float>(std::clamp(value, -1e30, 1e30));
+}
+
+void extend(T4dDblVector& lower, T4dDblVector& upper, const T4dDblVector& p)
+{
+    lower = {std::min(lower.x, p.x), std::min(lower.y, p.y), std::min(lower.z, p.z)};
+    upper = {std::max(upper.x, p.x), std::max(upper.y, p.y), std::max(upper.z, p.z)};
 }
 
 bool startsNumber(std::string_view token, bool fractionAllowed)
@@ -182,9 +190,40 @@ struct TmeshReader
             normals.emplace_back(x, y, z);
     }
 
+    static void onUv(void* self, double u, double v, double)
+    {
+        auto& uvs = static_cast<TmeshReader*>(self)->fMesh.fUvs;
+        if (uvs.size() < kMostCorners)
+            uvs.push_back({toFloat(u), toFloat(v)});
+    }
+
+    static void onObject(void* self, const char* name)
+    {
+        static_cast<TmeshReader*>(self)->startObject(name ? name : "");
+    }
+
+    static void onGroup(void* self, const char** names, int count)
+    {
+        std::string all;
+        for (int i = 0; i < count && all.size() < kLongestName; ++i)
+            all += (i == 0 ? "" : " ") + std::string(names[i]);
+        static_cast<TmeshReader*>(self)->startObject(all);
+    }
+
     static void onFace(void* self, tinyobj::index_t* corners, int count)
     {
         static_cast<TmeshReader*>(self)->addFace(corners, count);
+    }
+
+    void startObject(const std::string& name)
+    {
+        auto& objects = fMesh.fObjects;
+        // Faces before the first name are an object without one; a name that no face follows gives way to the next.
+        if (objects.empty() && !fMesh.fFaceEnds.empty())
+            objects.push_back({std::string(), 0});
+        if (!objects.empty() && objects.back().fFirstFace == fMesh.fFaceEnds.size())
+            objects.pop_back();
+        objects.push_back({name.substr(0, kLongestName), fMesh.fFaceEnds.size()});
     }
 
     void addVertex(const T4dDblVector& p)
@@ -216,15 +255,16 @@ struct TmeshReader
                 fHighestLine = fLines.line();
             }
             fMesh.fCorners.push_back(static_cast<std::uint32_t>(index - 1));
-            fMesh.fCornerNormals.push_back(normalIndex(corners[i].normal_index));
+            fMesh.fCornerNormals.push_back(optionalIndex(corners[i].normal_index, fMesh.fNormals.size()));
+            fMesh.fCornerUvs.push_back(optionalIndex(corners[i].texcoord_index, fMesh.fUvs.size()));
         }
         fMesh.fFaceEnds.push_back(static_cast<std::uint32_t>(fMesh.fCorners.size()));
     }
 
-    std::uint32_t normalIndex(long long given) const
+    static std::uint32_t optionalIndex(long long given, std::size_t known)
     {
-        const long long index = given < 0 ? static_cast<long long>(fMesh.fNormals.size()) + given : given - 1;
-        return index < 0 ? kNoNormal : static_cast<std::uint32_t>(index);
+        const long long index = given < 0 ? static_cast<long long>(known) + given : given - 1;
+        return index < 0 ? kNoIndex : static_cast<std::uint32_t>(index);
     }
 };
 
@@ -235,7 +275,10 @@ bool readMesh(std::istream& file, std::uintmax_t size, TloadProgress& progress, 
     tinyobj::callback_t callbacks;
     callbacks.vertex_cb = &TmeshReader::onVertex;
     callbacks.normal_cb = &TmeshReader::onNormal;
+    callbacks.texcoord_cb = &TmeshReader::onUv;
     callbacks.index_cb = &TmeshReader::onFace;
+    callbacks.object_cb = &TmeshReader::onObject;
+    callbacks.group_cb = &TmeshReader::onGroup;
     std::istream in(&lines);
     tinyobj::LoadObjWithCallback(in, callbacks, &reader, nullptr, nullptr, nullptr);
 
@@ -302,6 +345,12 @@ std::shared_ptr<const TobjModel> TobjModel::torusKnot()
         return T4dDblVector(r * std::cos(2 * t), kHeight + 1.45 * std::sin(3 * t), r * std::sin(2 * t));
     };
     Tmesh mesh;
+    mesh.fObjects.push_back({"knot", 0});
+    for (std::uint32_t j = 0; j <= kAround; ++j) {
+        for (std::uint32_t i = 0; i <= kAlong; ++i)
+            mesh.fUvs.push_back({float(i) / kAlong, float(j) / kAround});
+    }
+    const auto uvAt = [](std::uint32_t i, std::uint32_t j) { return j * (kAlong + 1) + i; };
     for (std::uint32_t i = 0; i < kAlong; ++i) {
         const double t = 2 * Tangle::kPi * i / kAlong;
         const T4dDblVector at = spine(t);
@@ -316,17 +365,38 @@ std::shared_ptr<const TobjModel> TobjModel::torusKnot()
             for (const std::uint32_t corner :
                  {i * kAround + j, i * kAround + nextJ, nextI * kAround + nextJ, nextI * kAround + j})
                 mesh.fCorners.push_back(corner);
+            for (const std::uint32_t uv : {uvAt(i, j), uvAt(i, j + 1), uvAt(i + 1, j + 1), uvAt(i + 1, j)})
+                mesh.fCornerUvs.push_back(uv);
             mesh.fFaceEnds.push_back(static_cast<std::uint32_t>(mesh.fCorners.size()));
         }
     }
     return std::make_shared<const TobjModel>(mesh);
 }
 
-TobjModel::TobjModel(const Tmesh& mesh) : fFaceCount(mesh.fFaceEnds.size())
+TobjModel::TobjModel(const Tmesh& mesh) : fCorners(mesh.fCorners), fFaceEnds(mesh.fFaceEnds)
 {
     measure(mesh);
     buildTriangles(mesh);
-    buildEdges(mesh);
+    buildObjects(mesh);
+    takeUvs(mesh);
+}
+
+std::size_t TobjModel::objectOf(std::size_t face) const
+{
+    const auto after = std::upper_bound(fObjects.begin(), fObjects.end(), face, [](std::size_t wanted, const auto& object) {
+        return wanted < object.fFaces.fEnd;
+    });
+    return std::min<std::size_t>(static_cast<std::size_t>(after - fObjects.begin()), fObjects.size() - 1);
+}
+
+TobjModel::Trange TobjModel::trianglesOf(std::size_t face) const
+{
+    return {face == 0 ? 0 : fFaceTriangleEnds[face - 1], fFaceTriangleEnds[face]};
+}
+
+TobjModel::Trange TobjModel::cornersOf(std::size_t face) const
+{
+    return {face == 0 ? 0 : fFaceEnds[face - 1], fFaceEnds[face]};
 }
 
 void TobjModel::measure(const Tmesh& mesh)
@@ -338,8 +408,7 @@ void TobjModel::measure(const Tmesh& mesh)
         if (first)
             fLower = fUpper = p;
         first = false;
-        fLower = {std::min(fLower.x, p.x), std::min(fLower.y, p.y), std::min(fLower.z, p.z)};
-        fUpper = {std::max(fUpper.x, p.x), std::max(fUpper.y, p.y), std::max(fUpper.z, p.z)};
+        extend(fLower, fUpper, p);
     }
     fCentre = (fLower + fUpper) * 0.5;
     const double radius = (fUpper - fLower).length() / 2;
@@ -389,29 +458,74 @@ void TobjModel::buildTriangles(const Tmesh& mesh)
                 fSmoothNormals.push_back({{toFloat(s.x), toFloat(s.y), toFloat(s.z)}});
             }
         }
+        fFaceTriangleEnds.push_back(fTriangles.size());
         start = end;
     }
 }
 
-void TobjModel::buildEdges(const Tmesh& mesh)
+void TobjModel::buildObjects(const Tmesh& mesh)
+{
+    const auto addObject = [&](const std::string& name, std::size_t begin, std::size_t end) {
+        if (begin >= end)
+            return;
+        Tobject object;
+        object.fName = name;
+        object.fFaces = {begin, end};
+        object.fTriangles = {trianglesOf(begin).fBegin, trianglesOf(end - 1).fEnd};
+        bool first = true;
+        for (std::size_t i = cornersOf(begin).fBegin; i < cornersOf(end - 1).fEnd; ++i) {
+            const float* p = fPositions[fCorners[i]].fPosition;
+            if (first)
+                object.fLower = object.fUpper = {p[0], p[1], p[2]};
+            first = false;
+            extend(object.fLower, object.fUpper, {p[0], p[1], p[2]});
+        }
+        buildEdges(object);
+        fObjects.push_back(std::move(object));
+    };
+    const std::size_t firstNamed = mesh.fObjects.empty() ? faceCount() : mesh.fObjects[0].fFirstFace;
+    addObject(std::string(), 0, firstNamed);
+    for (std::size_t i = 0; i < mesh.fObjects.size(); ++i) {
+        const bool last = i + 1 == mesh.fObjects.size();
+        addObject(mesh.fObjects[i].fName, mesh.fObjects[i].fFirstFace,
+                  last ? faceCount() : mesh.fObjects[i + 1].fFirstFace);
+    }
+    fEdges.shrink_to_fit();
+}
+
+void TobjModel::takeUvs(const Tmesh& mesh)
+{
+    if (mesh.fUvs.empty() || mesh.fCornerUvs.size() != fCorners.size())
+        return;
+    constexpr float kNone = std::numeric_limits<float>::quiet_NaN();
+    fUvs.reserve(fCorners.size());
+    bool any = false;
+    for (const std::uint32_t index : mesh.fCornerUvs) {
+        any = any || index < mesh.fUvs.size();
+        fUvs.push_back(index < mesh.fUvs.size() ? mesh.fUvs[index] : Tuv{kNone, kNone});
+    }
+    if (!any)
+        fUvs.clear();
+}
+
+void TobjModel::buildEdges(Tobject& object)
 {
     std::vector<std::uint64_t> keys;
-    keys.reserve(mesh.fCorners.size());
-    std::size_t corner = 0;
-    for (const std::uint32_t end : mesh.fFaceEnds) {
-        const std::size_t start = corner;
-        for (; corner < end; ++corner) {
-            const std::uint64_t a = mesh.fCorners[corner];
-            const std::uint64_t b = mesh.fCorners[corner + 1 < end ? corner + 1 : start];
+    for (std::size_t face = object.fFaces.fBegin; face < object.fFaces.fEnd; ++face) {
+        const Trange corners = cornersOf(face);
+        for (std::size_t corner = corners.fBegin; corner < corners.fEnd; ++corner) {
+            const std::uint64_t a = fCorners[corner];
+            const std::uint64_t b = fCorners[corner + 1 < corners.fEnd ? corner + 1 : corners.fBegin];
             if (a != b)
                 keys.push_back(std::min(a, b) << 32 | std::max(a, b));
         }
     }
     std::sort(keys.begin(), keys.end());
     keys.erase(std::unique(keys.begin(), keys.end()), keys.end());
-    fEdges.reserve(2 * keys.size());
+    object.fEdges.fBegin = fEdges.size();
     for (const std::uint64_t key : keys) {
         fEdges.push_back(static_cast<std::uint32_t>(key >> 32));
         fEdges.push_back(static_cast<std::uint32_t>(key));
     }
+    object.fEdges.fEnd = fEdges.size();
 }

@@ -130,7 +130,10 @@ void Tview::draw()
 {
     if (fFramePending) {
         fFramePending = false;
-        fCamera.frame(fScene.lower(), fScene.upper(), aspect());
+        T4dDblVector lower;
+        T4dDblVector upper;
+        fScene.selectionBox(lower, upper);
+        fCamera.frame(lower, upper, aspect());
     }
     fPort->resetGeometryStats();
     fStatistics.fTmeshes = 0;

@@ -23,6 +23,9 @@ constexpr TportColor kClayDiffuse{0.74f, 0.68f, 0.60f};
 constexpr TportColor kClayAmbient{0.12f, 0.12f, 0.13f};
 constexpr TportColor kClaySpecular{0.20f, 0.20f, 0.20f};
 constexpr double kClayShininess = 28;
+constexpr TportColor kPickedColour{0.36f, 0.95f, 0.67f};
+constexpr TportColor kPickedFaceColour{0.98f, 0.62f, 0.20f};
+constexpr float kPickedVertexSize = 7;
 constexpr float kLineColour[3] = {0.80f, 0.84f, 0.88f};
 
 constexpr int kCellsEachWay = 20;
@@ -32,6 +35,33 @@ constexpr double kCellsPerRadius = 5;
 constexpr double kFarGround = 4; // scene units; a ground plane farther from the model is of no help
 // Smooth lines cost software rasterizers several times as much as plain ones.
 constexpr std::size_t kMostSmoothEdges = 60000;
+
+constexpr double kFarthestMove = 1e3; // scene units
+constexpr double kEmptySceneHalf = 0.6;
+constexpr double kLeastFramedHalf = 0.05;
+
+/** Grows around points. */
+struct Tbox
+{
+    void add(const T4dDblVector& p)
+    {
+        fLower = fEmpty ? p : T4dDblVector(std::min(fLower.x, p.x), std::min(fLower.y, p.y), std::min(fLower.z, p.z));
+        fUpper = fEmpty ? p : T4dDblVector(std::max(fUpper.x, p.x), std::max(fUpper.y, p.y), std::max(fUpper.z, p.z));
+        fEmpty = false;
+    }
+    /** A box without extent is given @p half each way. */
+    void get(T4dDblVector& lower, T4dDblVector& upper, double half) const
+    {
+        const bool flat = !((fUpper - fLower).lengthSquared() > 0);
+        const T4dDblVector more = flat ? T4dDblVector(half, half, half) : T4dDblVector();
+        lower = fLower - more;
+        upper = fUpper + more;
+    }
+
+    T4dDblVector fLower;
+    T4dDblVector fUpper;
+    bool fEmpty = true;
+};
 
 double component(const T4dDblVector& v, int which)
 {
@@ -61,15 +91,80 @@ void loadIdentities(T3dPort& port)
 void TviewScene::setModel(std::shared_ptr<const TobjModel> model)
 {
     fModel = std::move(model);
+    fOffsets.assign(fModel ? fModel->objects().size() : 0, T4dDblVector());
+    fSelection.clear();
     fListsValid = false;
+    fModelReach = 1;
 }
 
-T4dDblVector TviewScene::lower() const
+void TviewScene::select(Tselection::Tkind kind, std::vector<Tselection::Titem> items)
 {
-    if (!fModel)
-        return {-0.6, -0.6, -0.6};
-    const T4dDblVector half = (fModel->upper() - fModel->lower()) * (0.5 * fModel->scale());
-    return half.lengthSquared() > 0 ? -half : T4dDblVector(-0.6, -0.6, -0.6);
+    fSelection.set(kind, std::move(items));
+}
+
+void TviewScene::setOffset(std::size_t object, const T4dDblVector& offset)
+{
+    fOffsets[object] = {std::clamp(offset.x, -kFarthestMove, kFarthestMove),
+                        std::clamp(offset.y, -kFarthestMove, kFarthestMove),
+                        std::clamp(offset.z, -kFarthestMove, kFarthestMove)};
+    fModelReach = 1;
+    for (std::size_t i = 0; i < fOffsets.size(); ++i) {
+        const TobjModel::Tobject& each = fModel->objects()[i];
+        fModelReach = std::max(fModelReach, (each.centre() + fOffsets[i]).length() + each.radius());
+    }
+}
+
+void TviewScene::wholeBox(T4dDblVector& lower, T4dDblVector& upper) const
+{
+    Tbox box;
+    for (std::size_t i = 0; i < fOffsets.size(); ++i) {
+        box.add(fModel->objects()[i].fLower + fOffsets[i]);
+        box.add(fModel->objects()[i].fUpper + fOffsets[i]);
+    }
+    box.get(lower, upper, kEmptySceneHalf);
+}
+
+void TviewScene::selectionBox(T4dDblVector& lower, T4dDblVector& upper) const
+{
+    if (fSelection.isEmpty())
+        return wholeBox(lower, upper);
+    Tbox box;
+    const auto addVertex = [&](std::size_t object, std::size_t vertex) {
+        const float* p = fModel->positions()[vertex].fPosition;
+        box.add(T4dDblVector(p[0], p[1], p[2]) + fOffsets[object]);
+    };
+    for (const Tselection::Titem& item : fSelection.items()) {
+        const TobjModel::Tobject& object = fModel->objects()[item.fObject];
+        if (fSelection.kind() == Tselection::kObjects) {
+            box.add(object.fLower + fOffsets[item.fObject]);
+            box.add(object.fUpper + fOffsets[item.fObject]);
+        } else if (fSelection.kind() == Tselection::kVertices) {
+            addVertex(item.fObject, item.fElement);
+        } else {
+            const TobjModel::Trange corners = fModel->cornersOf(item.fElement);
+            for (std::size_t corner = corners.fBegin; corner < corners.fEnd; ++corner)
+                addVertex(item.fObject, fModel->corners()[corner]);
+        }
+    }
+    // A single vertex is shown with something of its surroundings.
+    box.get(lower, upper, kLeastFramedHalf);
+}
+
+void TviewScene::loadCamera(T3dPort& port, const TviewCamera& camera) const
+{
+    const TportRect& r = port.portRect();
+    const double aspect = double(std::max(1, int(r.width()))) / std::max(1, int(r.height()));
+    double zNear = 0;
+    double zFar = 0;
+    camera.depths(std::max(fReach, fModelReach), zNear, zFar);
+    if (camera.isPerspective()) {
+        port.perspective(camera.fovy(aspect), aspect, zNear, zFar);
+    } else {
+        const double y = camera.halfHeight(aspect);
+        port.ortho(-y * aspect, y * aspect, -y, y, zNear, zFar);
+    }
+    port.matrixMode(GL_MODELVIEW);
+    port.loadMatrix(camera.view());
 }
 
 void TviewScene::draw(T3dPort& port, const TviewCamera& camera, const Tstyle& style, const QImage& label,
@@ -85,18 +180,7 @@ void TviewScene::draw(T3dPort& port, const TviewCamera& camera, const Tstyle& st
     port.clear(GL_COLOR_BUFFER_BIT | GL_DEPTH_BUFFER_BIT);
     drawBackground(port);
 
-    const double aspect = double(r.width()) / r.height();
-    double zNear = 0;
-    double zFar = 0;
-    camera.depths(fReach, zNear, zFar);
-    if (camera.isPerspective()) {
-        port.perspective(camera.fovy(aspect), aspect, zNear, zFar);
-    } else {
-        const double y = camera.halfHeight(aspect);
-        port.ortho(-y * aspect, y * aspect, -y, y, zNear, zFar);
-    }
-    port.matrixMode(GL_MODELVIEW);
-    port.loadMatrix(camera.view());
+    loadCamera(port, camera);
 
     // Seen along an axis the grid is graph paper behind the model, from anywhere else it is the ground.
     if (!camera.isPerspective())
@@ -114,11 +198,13 @@ void TviewScene::draw(T3dPort& port, const TviewCamera& camera, const Tstyle& st
         drawEdges(port, camera, style, pixelRatio);
     if (style.fLamp)
         TsceneGizmos::drawLamp(port, camera, pixelRatio);
+    drawSelection(port, pixelRatio);
     port.depthTest(false);
     count(port, style);
 
     TsceneGizmos::drawAxes(port, camera, pixelRatio);
     drawLabel(port, label, pixelRatio);
+    loadCamera(port, camera);
 }
 
 void TviewScene::prepareLists(T3dPort& port)
@@ -127,51 +213,17 @@ void TviewScene::prepareLists(T3dPort& port)
         return;
     fListsValid = true;
     port.setCurrentContext();
-    for (unsigned* list :
-         {&fFillLists[0], &fFillLists[1], &fEdgeList, &fGround.fList, &fFrontPlane.fList, &fSidePlane.fList}) {
-        if (*list)
-            glDeleteLists(*list, 1);
-        *list = 0;
+    fLists.reset(port, fModel.get());
+    for (Tgrid* grid : {&fGround, &fFrontPlane, &fSidePlane}) {
+        if (grid->fList)
+            glDeleteLists(grid->fList, 1);
+        grid->fList = 0;
     }
     // The colours inside must not be taken for the port's.
     const TsavedState state(GL_CURRENT_BIT);
     fReach = kLeastReach;
-    if (fModel)
-        makeEdgeList();
     for (Tgrid* grid : {&fGround, &fFrontPlane, &fSidePlane})
         makeGridList(*grid);
-}
-
-void TviewScene::makeEdgeList()
-{
-    const auto& edges = fModel->edges();
-    fEdgeList = glGenLists(1);
-    if (edges.empty())
-        return;
-    glPushClientAttrib(GL_CLIENT_VERTEX_ARRAY_BIT);
-    glInterleavedArrays(GL_V3F, 0, fModel->positions().data());
-    glNewList(fEdgeList, GL_COMPILE);
-    glDrawElements(GL_LINES, static_cast<GLsizei>(edges.size()), GL_UNSIGNED_INT, edges.data());
-    glEndList();
-    glPopClientAttrib();
-}
-
-unsigned TviewScene::fillList(bool smooth)
-{
-    unsigned& list = fFillLists[smooth];
-    const auto& triangles = fModel->triangles();
-    if (list || triangles.empty())
-        return list;
-    list = glGenLists(1);
-    glPushClientAttrib(GL_CLIENT_VERTEX_ARRAY_BIT);
-    glInterleavedArrays(GL_N3F_V3F, 0, triangles.data());
-    if (smooth)
-        glNormalPointer(GL_FLOAT, 0, fModel->smoothNormals().data());
-    glNewList(list, GL_COMPILE);
-    glDrawArrays(GL_TRIANGLES, 0, static_cast<GLsizei>(triangles.size()));
-    glEndList();
-    glPopClientAttrib();
-    return list;
 }
 
 void TviewScene::makeGridList(Tgrid& grid)
@@ -188,7 +240,7 @@ void TviewScene::makeGridList(Tgrid& grid)
     const int normalAxis = 3 - grid.fU - grid.fV;
     double level = component(origin, normalAxis);
     if (normalAxis == 1 && !(std::fabs(level) <= kFarGround))
-        level = lower().y;
+        level = fModel ? (fModel->lower().y - fModel->centre().y) * fModel->scale() : -kEmptySceneHalf;
     if (normalAxis != 1)
         level = 0;
     fReach = std::max(fReach, std::hypot(cell * (kCellsEachWay + 1) * std::sqrt(2.0), level));
@@ -298,12 +350,11 @@ void TviewScene::drawFilled(T3dPort& port, const Tstyle& style)
     port.polygonOffsetLower();
     port.setCurrentContext();
 
-    const unsigned list = fillList(smooth);
     const auto call = [&] {
         const TsavedState state(GL_ENABLE_BIT | GL_CURRENT_BIT);
-        if (style.fEdges)
+        if (style.fEdges || !fSelection.isEmpty())
             glEnable(GL_POLYGON_OFFSET_FILL);
-        glCallList(list);
+        drawObjects(port, smooth ? TmodelLists::kSmooth : TmodelLists::kFlat);
     };
     if (style.fXray) {
         // What faces away lies behind what faces the eye.
@@ -344,10 +395,72 @@ void TviewScene::drawEdges(T3dPort& port, const TviewCamera& camera, const Tstyl
             glFogf(GL_FOG_END, static_cast<GLfloat>(depth + 1.3));
             glFogfv(GL_FOG_COLOR, &kDistanceColour.r);
         }
-        glCallList(fEdgeList);
+        drawObjects(port, TmodelLists::kEdges);
     }
     port.depthMask(true);
     port.lineSmoothing(false);
+}
+
+void TviewScene::drawObjects(T3dPort& port, TmodelLists::Tway way)
+{
+    for (std::size_t i = 0; i < fOffsets.size(); ++i)
+        drawObject(port, way, i);
+}
+
+void TviewScene::drawObject(T3dPort& port, TmodelLists::Tway way, std::size_t object)
+{
+    const bool moved = fOffsets[object] != T4dDblVector();
+    if (moved) {
+        port.pushMatrix();
+        port.translate(fOffsets[object]);
+    }
+    port.setCurrentContext();
+    fLists.draw(way, object);
+    if (moved)
+        port.popMatrix();
+}
+
+void TviewScene::drawSelection(T3dPort& port, double pixelRatio)
+{
+    if (fSelection.isEmpty())
+        return;
+    const auto& items = fSelection.items();
+    if (fSelection.kind() == Tselection::kObjects) {
+        port.color(kPickedColour);
+        port.lineWidth(static_cast<float>(pixelRatio));
+        for (const Tselection::Titem& item : items)
+            drawObject(port, TmodelLists::kEdges, item.fObject);
+        port.lineWidth(1);
+        return;
+    }
+
+    const bool faces = fSelection.kind() == Tselection::kFaces;
+    port.color(faces ? kPickedFaceColour : kPickedColour);
+    if (!faces) {
+        port.pointSize(static_cast<float>(kPickedVertexSize * pixelRatio));
+        port.depthTest(false);
+    }
+    std::size_t next = 0;
+    while (next < items.size()) {
+        const std::uint32_t object = items[next].fObject;
+        port.pushMatrix();
+        port.translate(fOffsets[object]);
+        port.setCurrentContext();
+        glBegin(faces ? GL_TRIANGLES : GL_POINTS);
+        for (; next < items.size() && items[next].fObject == object; ++next) {
+            if (faces) {
+                const TobjModel::Trange range = fModel->trianglesOf(items[next].fElement);
+                for (std::size_t i = range.fBegin; i < range.fEnd; ++i)
+                    glVertex3fv(fModel->triangles()[i].fPosition);
+            } else {
+                glVertex3fv(fModel->positions()[items[next].fElement].fPosition);
+            }
+        }
+        glEnd();
+        port.popMatrix();
+    }
+    port.pointSize(1);
+    port.depthTest(true);
 }
 
 void TviewScene::count(T3dPort& port, const Tstyle& style) const

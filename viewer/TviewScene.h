@@ -1,18 +1,21 @@
 #pragma once
 
+#include "TmodelLists.h"
 #include "TobjModel.h"
 #include "TsceneLights.h"
+#include "Tselection.h"
 #include "TviewCamera.h"
 
 #include <QImage>
 
 #include <memory>
+#include <vector>
 
 class T3dPort;
 
 /**
- * What the views show: background, ground grid, model, lamp and the little axes. The model and the grids lie in display
- * lists, made by the first port that draws them and shared by all of them.
+ * What the views show: background, ground grid, model, what is selected of it, lamp and the little axes. The model and
+ * the grids lie in display lists, made by the first port that draws them and shared by all of them.
  */
 class TviewScene
 {
@@ -36,13 +39,23 @@ public:
     void setModel(std::shared_ptr<const TobjModel> model);
     const TobjModel* model() const { return fModel.get(); }
 
-    /** The box to frame, in scene space. */
-    T4dDblVector lower() const;
-    T4dDblVector upper() const { return -lower(); }
+    const Tselection& selection() const { return fSelection; }
+    void select(Tselection::Tkind kind, std::vector<Tselection::Titem> items);
+    /** How far an object of the model was moved from its place. */
+    const T4dDblVector& offset(std::size_t object) const { return fOffsets[object]; }
+    void setOffset(std::size_t object, const T4dDblVector& offset);
+
+    /** The box around everything, in scene space. */
+    void wholeBox(T4dDblVector& lower, T4dDblVector& upper) const;
+    /** The box around what is selected; that around everything when nothing is. */
+    void selectionBox(T4dDblVector& lower, T4dDblVector& upper) const;
+
+    /** Loads the camera's matrices into the port, for drawing, picking and mapping. */
+    void loadCamera(T3dPort& port, const TviewCamera& camera) const;
 
     /**
      * Draws into the port, all but the swap; its recorded state is in force afterwards. Counts the model in the port's
-     * geometry statistics, if they are enabled.
+     * geometry statistics, if they are enabled. Leaves the camera's matrices in the port.
      * @param label  drawn into the upper left corner; may be null
      * @param pixelRatio  device pixels for each pixel of the lines and the axes
      */
@@ -58,24 +71,27 @@ private:
     };
 
     void prepareLists(T3dPort& port);
-    void makeEdgeList();
     void makeGridList(Tgrid& grid);
-    unsigned fillList(bool smooth);
+    void drawObjects(T3dPort& port, TmodelLists::Tway way);
+    void drawObject(T3dPort& port, TmodelLists::Tway way, std::size_t object);
     const Tgrid& gridFor(const TviewCamera& camera) const;
 
     void drawBackground(T3dPort& port);
     void drawGrid(T3dPort& port, const TviewCamera& camera);
     void drawFilled(T3dPort& port, const Tstyle& style);
     void drawEdges(T3dPort& port, const TviewCamera& camera, const Tstyle& style, double pixelRatio);
+    void drawSelection(T3dPort& port, double pixelRatio);
     void drawLabel(T3dPort& port, const QImage& label, double pixelRatio);
     void count(T3dPort& port, const Tstyle& style) const;
 
     TsceneLights fLights;
     std::shared_ptr<const TobjModel> fModel;
+    std::vector<T4dDblVector> fOffsets;
+    Tselection fSelection;
+    TmodelLists fLists;
     bool fListsValid = false;
-    unsigned fFillLists[2] = {}; ///< flat and smooth, made when first drawn
-    unsigned fEdgeList = 0;
-    double fReach = 1; ///< radius about the origin of everything drawn
+    double fReach = 1;      ///< radius about the origin of grids and lamp
+    double fModelReach = 1; ///< of the model
     Tgrid fGround{0, 0, 2};
     Tgrid fFrontPlane{0, 0, 1};
     Tgrid fSidePlane{0, 2, 1};

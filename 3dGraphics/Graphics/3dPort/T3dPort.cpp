@@ -13,6 +13,7 @@
 #include "foundation/Tevent.h"
 #include "foundation/Tmetaclass.h"
 #include "foundation/TresourceMap.h"
+#include "foundation/TserverWatch.h"
 
 #include <QGLFormat>
 #include <QVariant>
@@ -388,10 +389,15 @@ bool T3dPort::doMouseWheel(const Tevent& event)
 {
     if (!fPointerCommandsEnabled)
         return false;
+    const TserverWatch self(this); // a command may delete the port
     Tpoint position = event.getLocalPosition(1);
     doPress(TpressEvent(position, kWheelModifiers, kWheelButton));
+    if (!self.isAlive())
+        return false;
     position.x = static_cast<short>(position.x + event.mouseDelta());
     doDrag(TdragEvent(position, kWheelModifiers, kWheelButton));
+    if (!self.isAlive())
+        return false;
     TreleaseEvent release(position, kWheelModifiers, kWheelButton);
     release.setPrimaryPointer(true);
     doRelease(release);

@@ -626,6 +626,8 @@ public:
         if (fContext && fContext->fColor != c)
             colorChanged(c);
     }
+    /** To be set between the host's own glBegin and glEnd: colours then go out without a look at the context. */
+    void setInPrimitive(bool on) { fPortFlags.assign(kPortInPrimitive, on); }
     /** Cached glPointSize. */
     void pointSize(float size)
     {

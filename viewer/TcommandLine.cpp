@@ -52,7 +52,8 @@ TcommandLine TcommandLine::parse(const QStringList& arguments)
     const QCommandLineOption lamp(QStringLiteral("lamp"), QStringLiteral("Start with the lamp in the picture."));
     const QCommandLineOption views(QStringLiteral("views"), QStringLiteral("Start with one view or four (one)."),
                                    QStringLiteral("one|four"));
-    parser.addOptions({snapshot, gallery, size, shading, ghosted, xray, edges, lamp, views});
+    const QCommandLineOption uvs(QStringLiteral("uvs"), QStringLiteral("Start with the texture coordinates shown."));
+    parser.addOptions({snapshot, gallery, size, shading, ghosted, xray, edges, lamp, views, uvs});
     for (const char* name : {"platform", "display", "style"}) {
         QCommandLineOption option(QString::fromLatin1(name), QString(), QStringLiteral("name"));
         option.setFlags(QCommandLineOption::HiddenFromHelp);
@@ -123,6 +124,8 @@ TcommandLine TcommandLine::parse(const QStringList& arguments)
         line.fFourViews = true;
     else if (wantedViews != QLatin1String("one"))
         return failed(QStringLiteral("--views takes one or four, not \"%1\".").arg(wantedViews));
+
+    line.fUvs = parser.isSet(uvs);
 
     line.fPlatform = parser.value(QStringLiteral("platform"));
     line.fDisplay = parser.value(QStringLiteral("display"));

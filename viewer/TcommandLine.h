@@ -28,6 +28,7 @@ struct TcommandLine
     QSize fSize{960, 720};
     TviewScene::Tstyle fStyle;
     bool fFourViews = false;
+    bool fUvs = false; ///< the panel of texture coordinates
     QString fPlatform; ///< Qt's -platform
     QString fDisplay;  ///< Qt's -display
 

@@ -15,21 +15,6 @@ constexpr TportColor kBulbColour{1.0f, 0.93f, 0.66f};
 constexpr TportColor kSocketColour{0.55f, 0.58f, 0.62f};
 constexpr TportColor kBeamColour{0.62f, 0.62f, 0.55f};
 
-TportColor axisColour(int axis)
-{
-    const float* c = TsceneGizmos::kAxisColours[axis];
-    return {c[0], c[1], c[2]};
-}
-
-/** Turns +z to the axis of @p index. */
-void turnTo(T3dPort& port, int axis)
-{
-    if (axis == 0)
-        port.rotate(0, Tangle::kPi / 2, 0);
-    else if (axis == 1)
-        port.rotate(-Tangle::kPi / 2, 0, 0);
-}
-
 void drawArrow(T3dPort& port)
 {
     port.cylinder(T4dDblPoint(0, 0, 0), 0.05f, 0.62f, true, false);
@@ -58,6 +43,20 @@ void drawLetter(int axis, double x, double y, double size)
 }
 
 } // namespace
+
+TportColor TsceneGizmos::axisColour(int index)
+{
+    const float* c = kAxisColours[index];
+    return {c[0], c[1], c[2]};
+}
+
+void TsceneGizmos::turnTo(T3dPort& port, int index)
+{
+    if (index == 0)
+        port.rotate(0, Tangle::kPi / 2, 0);
+    else if (index == 1)
+        port.rotate(-Tangle::kPi / 2, 0, 0);
+}
 
 void TsceneGizmos::drawAxes(T3dPort& port, const TviewCamera& camera, double pixelRatio)
 {

@@ -1,11 +1,14 @@
 #include "Tview.h"
 
-#include "Graphics/3dPort/T3dPort.h"
+#include "Graphics/interaction/TinteractivePort.h"
 #include "QtExtensions/QlirnGLWidget.h"
+#include "TselectTool.h"
 #include "foundation/Tangle.h"
 #include "foundation/Tevent.h"
 #include "foundation/TresourceMap.h"
 #include "pictures.h"
+#include "ui/ThandlerBlock.h"
+#include "ui/Tpanel.h"
 #include "ui/TUIInventory.h"
 
 #include <QFontMetrics>
@@ -37,11 +40,13 @@ const char* nameOf(TviewCamera::Tprojection projection)
     return "";
 }
 
-std::unique_ptr<T3dPort> makePort(QWidget* parent, const char* name)
+std::unique_ptr<TinteractivePort> makePort(QWidget* parent, const char* name)
 {
     TresourceMap::Set(name, "saFrameBufferMode", "double");
-    auto port = std::make_unique<T3dPort>(parent, name, false);
+    auto port = std::make_unique<TinteractivePort>(parent, name, false);
     gUIInventory->add(port.get(), name);
+    if (QWidget* pane = port->panelWidget())
+        new Tpanel(pane, name); // goes with the widget
     return port;
 }
 
@@ -63,10 +68,12 @@ QImage textImage(const QString& text, double pixelRatio)
 
 } // namespace
 
-Tview::Tview(QWidget* parent, TviewCamera::Tprojection projection, TviewScene& scene, const TviewScene::Tstyle& style)
-    : fScene(scene), fStyle(style), fCamera(projection), fDraw([this](const Tevent&) { draw(); }),
+Tview::Tview(QWidget* parent, TviewCamera::Tprojection projection, TviewScene& scene, const TviewScene::Tstyle& style,
+             TselectTool& tool)
+    : fScene(scene), fStyle(style), fTool(tool), fCamera(projection), fDraw([this](const Tevent&) { draw(); }),
       fPress([this](const Tevent& event) { return press(event); }),
-      fDrag([this](const Tevent& event) { return drag(event); }), fEnter([this](const Tevent&) {
+      fDrag([this](const Tevent& event) { return drag(event); }),
+      fRelease([this](const Tevent& event) { return release(event); }), fEnter([this](const Tevent&) {
           if (fPointerHook)
               fPointerHook(true);
       }),
@@ -78,13 +85,16 @@ Tview::Tview(QWidget* parent, TviewCamera::Tprojection projection, TviewScene& s
 {
     fPort->fGeometryStats = &fStatistics;
     fPort->enableGeometryStats(true);
-    fPort->setUpdateCommand(&fDraw);
-    fPort->setPressCommand(&fPress);
+    ThandlerBlock handlers;
+    handlers.setUpdate(&fDraw);
+    handlers.setPress(&fPress);
     // The second press of a double click comes as this.
-    fPort->setDoubleClickCommand(&fPress);
-    fPort->setDragCommand(&fDrag);
-    fPort->setEnterCommand(&fEnter);
-    fPort->setExitCommand(&fExit);
+    handlers.setDoubleClick(&fPress);
+    handlers.setDrag(&fDrag);
+    handlers.setRelease(&fRelease);
+    handlers.setEnter(&fEnter);
+    handlers.setExit(&fExit);
+    fPort->attachHandlers(handlers);
 }
 
 Tview::~Tview() = default;
@@ -92,6 +102,16 @@ Tview::~Tview() = default;
 const char* Tview::name() const
 {
     return nameOf(fCamera.projection());
+}
+
+T3dPort& Tview::port()
+{
+    return *fPort;
+}
+
+void Tview::loadCamera()
+{
+    fScene.loadCamera(*fPort, fCamera);
 }
 
 QWidget* Tview::widget() const
@@ -138,9 +158,33 @@ void Tview::draw()
     fPort->resetGeometryStats();
     fStatistics.fTmeshes = 0;
     fScene.draw(*fPort, fCamera, fStyle, fLabel, pixelRatio());
+    fTool.draw(*this);
     fPort->swapBuffers();
     if (fDrawnHook)
         fDrawnHook();
+}
+
+Tview::Tmotion Tview::motionOf(const Tevent& event)
+{
+    const bool alt = (event.modifiers() & kAlt) != 0;
+    switch (event.button()) {
+    case 1:
+        return alt ? kTumble : kTool;
+    case 2:
+        return kTrack;
+    case 3:
+        return alt ? kDolly : kTumble;
+    default:
+        return event.button() == kWheelButton ? kDolly : kNoMotion;
+    }
+}
+
+Tpoint Tview::pixelOf(const Tevent& event) const
+{
+    // Positions are those of pixels' upper left corners.
+    Tpoint p = fPort->windowToPort(event.getLocalPosition(1));
+    --p.y;
+    return p;
 }
 
 bool Tview::press(const Tevent& event)
@@ -148,6 +192,18 @@ bool Tview::press(const Tevent& event)
     const Tpoint p = event.getLocalPosition(1);
     fLastX = p.x;
     fLastY = p.y;
+    // A button that goes down while another is held takes over.
+    fMotion = motionOf(event);
+    if (fMotion == kTool)
+        fTool.press(*this, pixelOf(event), event.modifiers());
+    return true;
+}
+
+bool Tview::release(const Tevent& event)
+{
+    if (fMotion == kTool && event.button() == 1)
+        fTool.release(*this, pixelOf(event));
+    fMotion = kNoMotion;
     return true;
 }
 
@@ -160,20 +216,21 @@ bool Tview::drag(const Tevent& event)
     fLastY = p.y;
 
     const double height = std::max(1, int(fPort->portRect().height()));
-    switch (event.button()) {
-    case 1:
+    switch (fMotion) {
+    case kTumble:
         fCamera.tumble(-Tangle::kPi * dx / height, Tangle::kPi * dy / height);
         break;
-    case 2:
+    case kTrack:
         fCamera.track(-dx / height, dy / height, aspect());
         break;
-    case 3:
-        fCamera.dolly(std::exp(-kDollyPerHeight * (dx - dy) / height));
+    case kDolly:
+        fCamera.dolly(event.button() == kWheelButton ? std::exp(-kDollyPerWheelUnit * dx)
+                                                     : std::exp(-kDollyPerHeight * (dx - dy) / height));
         break;
-    case kWheelButton:
-        fCamera.dolly(std::exp(-kDollyPerWheelUnit * dx));
-        break;
-    default:
+    case kTool:
+        fTool.drag(*this, pixelOf(event));
+        return true;
+    case kNoMotion:
         return false;
     }
     update();

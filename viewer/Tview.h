@@ -11,22 +11,35 @@
 #include <memory>
 
 class QWidget;
+class TinteractivePort;
+class Tpoint;
+class TselectTool;
 class T3dPort;
 
-/** A port, the camera it is seen through, and the commands that its events run. */
+/**
+ * A port, the camera it is seen through, and the handlers of its events: alt with the left, middle and right button
+ * tumbles, tracks and dollies; the middle button alone tracks, the right one tumbles, the wheel dollies. The left button
+ * is the tool's.
+ */
 class Tview
 {
 public:
-    /** Builds the port's widget under @p parent. Scene and style are the window's, and outlive the view. */
-    Tview(QWidget* parent, TviewCamera::Tprojection projection, TviewScene& scene, const TviewScene::Tstyle& style);
+    /** Builds the port's widget under @p parent. Scene, style and tool are the window's, and outlive the view. */
+    Tview(QWidget* parent, TviewCamera::Tprojection projection, TviewScene& scene, const TviewScene::Tstyle& style,
+          TselectTool& tool);
     ~Tview();
     Tview(const Tview&) = delete;
     Tview& operator=(const Tview&) = delete;
 
     const TviewCamera& camera() const { return fCamera; }
+    T3dPort& port();
+    /** Loads the camera into the port, for picking and mapping between two paintings. */
+    void loadCamera();
+    /** Device pixels for each of Qt's. */
+    double pixelRatio() const;
     /** "perspective", "top", "front" or "side". */
     const char* name() const;
-    /** The widget to put into a layout; null without a display that has GLX. */
+    /** The widget to put into a layout, a panel of the program; null without a display that has GLX. */
     QWidget* widget() const;
     /** Called with true when the pointer comes in, with false when it leaves. */
     void setPointerHook(std::function<void(bool inside)> hook) { fPointerHook = std::move(hook); }
@@ -46,15 +59,22 @@ public:
     QImage picture(const QSize& size);
 
 private:
+    enum Tmotion { kNoMotion, kTumble, kTrack, kDolly, kTool };
+
     void draw();
     bool press(const Tevent& event);
     bool drag(const Tevent& event);
+    bool release(const Tevent& event);
+    static Tmotion motionOf(const Tevent& event);
+    /** The pixel under the pointer, in the port's counting. */
+    Tpoint pixelOf(const Tevent& event) const;
     double aspect() const;
-    double pixelRatio() const;
 
     TviewScene& fScene;
     const TviewScene::Tstyle& fStyle;
+    TselectTool& fTool;
     TviewCamera fCamera;
+    Tmotion fMotion = kNoMotion;
     bool fFramePending = true;
     QImage fLabel;
     int fLastX = 0;
@@ -65,7 +85,8 @@ private:
     TfunctionAction fDraw;
     TfunctionAction fPress;
     TfunctionAction fDrag;
+    TfunctionAction fRelease;
     TfunctionAction fEnter;
     TfunctionAction fExit;
-    std::unique_ptr<T3dPort> fPort; ///< after the commands and statistics, which it refers to
+    std::unique_ptr<TinteractivePort> fPort; ///< after the commands and statistics, which it refers to
 };

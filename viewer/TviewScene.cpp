@@ -352,7 +352,7 @@ void TviewScene::drawFilled(T3dPort& port, const Tstyle& style)
 
     const auto call = [&] {
         const TsavedState state(GL_ENABLE_BIT | GL_CURRENT_BIT);
-        if (style.fEdges || !fSelection.isEmpty())
+        if (style.fEdges || (fSelection.kind() == Tselection::kObjects && !fSelection.isEmpty()))
             glEnable(GL_POLYGON_OFFSET_FILL);
         drawObjects(port, smooth ? TmodelLists::kSmooth : TmodelLists::kFlat);
     };

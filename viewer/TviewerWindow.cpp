@@ -1,7 +1,11 @@
 #include "TviewerWindow.h"
 
+#include "TuvView.h"
 #include "ui/QlirnPaneLayout.h"
 
+#include <QAction>
+#include <QCheckBox>
+#include <QDockWidget>
 #include <QFile>
 #include <QFileInfo>
 #include <QKeyEvent>
@@ -10,8 +14,10 @@
 #include <QMessageBox>
 #include <QPainter>
 #include <QProgressBar>
+#include <QPushButton>
 #include <QScreen>
 #include <QStatusBar>
+#include <QVBoxLayout>
 
 #include <algorithm>
 #include <cmath>
@@ -31,7 +37,7 @@ QColor gapColour()
 
 TviewerWindow::TviewerWindow(const QSize& size, const TviewScene::Tstyle& style, bool fourViews)
     : fSize(size), fStyle(style), fArea(new QWidget(this)), fPanes(new QlirnPaneLayout(fArea)), fModelLabel(new QLabel),
-      fCountLabel(new QLabel), fViewLabel(new QLabel), fProgressBar(new QProgressBar)
+      fCountLabel(new QLabel), fPickLabel(new QLabel), fViewLabel(new QLabel), fProgressBar(new QProgressBar)
 {
     setWindowTitle(QStringLiteral("portview"));
     setFocusPolicy(Qt::StrongFocus);
@@ -48,6 +54,7 @@ TviewerWindow::TviewerWindow(const QSize& size, const TviewScene::Tstyle& style,
     statusBar()->addWidget(fModelLabel);
     statusBar()->addWidget(fCountLabel);
     statusBar()->addWidget(fProgressBar);
+    statusBar()->addPermanentWidget(fPickLabel);
     statusBar()->addPermanentWidget(fViewLabel);
     statusBar()->addPermanentWidget(new QLabel(tr("h: keys")));
 
@@ -57,6 +64,10 @@ TviewerWindow::TviewerWindow(const QSize& size, const TviewScene::Tstyle& style,
         fProgressBar->show();
     });
 
+    fTool.setChangedHook([this] {
+        showSelection();
+        updateAll();
+    });
     addView(TviewCamera::kPerspective);
     setFourViews(fourViews);
 
@@ -71,6 +82,7 @@ TviewerWindow::~TviewerWindow()
     stopLoading();
     // The ports go before the widgets around them.
     fViews.clear();
+    fUvView.reset();
 }
 
 void TviewerWindow::open(const QString& path)
@@ -113,21 +125,25 @@ void TviewerWindow::loaded(std::shared_ptr<const TobjModel> model, const QString
         Q_EMIT failed(path, reason);
         return;
     }
-    show(std::move(model), QFileInfo(path).fileName());
+    show(std::move(model), QFileInfo(path).completeBaseName());
     Q_EMIT opened();
 }
 
 void TviewerWindow::show(std::shared_ptr<const TobjModel> model, const QString& name)
 {
+    fModelName = name;
     fModelLabel->setText(tr("%1:").arg(name));
     setWindowTitle(tr("%1 - portview").arg(name));
     fScene.setModel(std::move(model));
+    showSelection();
+    if (fUvView)
+        fUvView->takeModel();
     frameAll();
 }
 
 void TviewerWindow::addView(TviewCamera::Tprojection projection)
 {
-    auto view = std::make_unique<Tview>(fArea, projection, fScene, fStyle);
+    auto view = std::make_unique<Tview>(fArea, projection, fScene, fStyle, fTool);
     view->setPointerHook([this, name = view->name()](bool inside) {
         fViewLabel->setText(inside ? QString::fromLatin1(name) : QString());
     });
@@ -153,6 +169,56 @@ void TviewerWindow::setFourViews(bool four)
     updateAll();
 }
 
+bool TviewerWindow::showsUvs() const
+{
+    return fShowsUvs;
+}
+
+void TviewerWindow::setShowsUvs(bool shows)
+{
+    if (shows && !fUvDock)
+        makeUvPanel();
+    fShowsUvs = shows;
+    if (fUvDock)
+        fUvDock->setVisible(shows);
+}
+
+void TviewerWindow::makeUvPanel()
+{
+    fUvDock = new QDockWidget(tr("Texture coordinates"), this);
+    auto* panel = new QWidget(fUvDock);
+    auto* column = new QVBoxLayout(panel);
+    column->setContentsMargins(0, 0, 0, 0);
+    fUvView = std::make_unique<TuvView>(panel, fScene);
+    if (QWidget* canvas = fUvView->widget()) {
+        canvas->setMinimumSize(200, 200);
+        column->addWidget(canvas, 1);
+    }
+    auto* row = new QHBoxLayout;
+    row->setContentsMargins(6, 0, 6, 6);
+    const auto addBox = [&](const QString& text, void (TuvView::*set)(bool)) {
+        auto* box = new QCheckBox(text);
+        box->setFocusPolicy(Qt::NoFocus);
+        box->setChecked(true);
+        connect(box, &QCheckBox::toggled, this, [this, set](bool on) { (fUvView.get()->*set)(on); });
+        row->addWidget(box);
+    };
+    addBox(tr("Wire"), &TuvView::setWire);
+    addBox(tr("Points"), &TuvView::setPoints);
+    row->addStretch();
+    auto* all = new QPushButton(tr("Show all"));
+    all->setFocusPolicy(Qt::NoFocus);
+    connect(all, &QPushButton::clicked, this, [this] { fUvView->frame(); });
+    row->addWidget(all);
+    column->addLayout(row);
+    fUvDock->setWidget(panel);
+    addDockWidget(Qt::RightDockWidgetArea, fUvDock);
+    resizeDocks({fUvDock}, {width() * 2 / 5}, Qt::Horizontal);
+    // The user may close the dock by its own button.
+    connect(fUvDock->toggleViewAction(), &QAction::triggered, this, [this](bool on) { fShowsUvs = on; });
+    fUvView->takeModel();
+}
+
 void TviewerWindow::setStyle(const TviewScene::Tstyle& style)
 {
     fStyle = style;
@@ -169,9 +235,29 @@ void TviewerWindow::updateAll()
 {
     for (const auto& view : fViews)
         view->update();
+    if (fUvView)
+        fUvView->update();
 }
 
 QImage TviewerWindow::picture()
+{
+    if (!fShowsUvs)
+        return viewsPicture(fSize);
+    const int gap = std::max(1, static_cast<int>(std::lround(fPanes->spacing() * devicePixelRatioF())));
+    const int left = std::max(1, (fSize.width() - gap) * 3 / 5);
+    const QImage views = viewsPicture(QSize(left, fSize.height()));
+    const QImage layout = fUvView->picture(QSize(std::max(1, fSize.width() - gap - left), fSize.height()));
+    if (views.isNull() || layout.isNull())
+        return QImage();
+    QImage image(fSize, QImage::Format_RGB32);
+    image.fill(gapColour());
+    QPainter painter(&image);
+    painter.drawImage(0, 0, views);
+    painter.drawImage(left + gap, 0, layout);
+    return image;
+}
+
+QImage TviewerWindow::viewsPicture(const QSize& size)
 {
     const int shown = hasFourViews() ? 4 : 1;
     const int gap =
@@ -181,13 +267,13 @@ QImage TviewerWindow::picture()
         start = index == 0 ? 0 : first + gap;
         return shown == 1 ? length : index == 0 ? first : length - start;
     };
-    QImage image(fSize, QImage::Format_RGB32);
+    QImage image(size, QImage::Format_RGB32);
     image.fill(gapColour());
     QPainter painter(&image);
     for (int i = 0; i < shown; ++i) {
         QPoint at;
-        const int width = spanOf(i % 2, fSize.width(), at.rx());
-        const int height = spanOf(i / 2, fSize.height(), at.ry());
+        const int width = spanOf(i % 2, size.width(), at.rx());
+        const int height = spanOf(i / 2, size.height(), at.ry());
         Tview& view = *fViews[static_cast<std::size_t>(i)];
         view.frame();
         const QImage part = view.picture(QSize(width, height));
@@ -213,6 +299,27 @@ void TviewerWindow::showCounts(const T3dPortGeometryStats& counted)
     fCountLabel->setText(text);
 }
 
+void TviewerWindow::showSelection()
+{
+    const Tselection& selection = fScene.selection();
+    QString text;
+    if (selection.items().size() == 1) {
+        const Tselection::Titem& item = selection.items().front();
+        const QString given = QString::fromUtf8(fScene.model()->objects()[item.fObject].fName.c_str()).simplified();
+        const bool alone = fScene.model()->objects().size() == 1;
+        const QString object = !given.isEmpty() ? given : alone ? fModelName : tr("object %1").arg(item.fObject + 1);
+        const QString kinds[] = {tr("%2"), tr("face %1 of %2"), tr("vertex %1 of %2")};
+        text = selection.kind() == Tselection::kObjects ? object
+                                                        : kinds[selection.kind()].arg(item.fElement + 1).arg(object);
+    } else if (!selection.isEmpty()) {
+        const QString kinds[] = {tr("%1 objects"), tr("%1 faces"), tr("%1 vertices")};
+        text = kinds[selection.kind()].arg(QLocale().toString(static_cast<qulonglong>(selection.items().size())));
+    }
+    if (fTool.way() == Tpicker::kRasterization)
+        text += text.isEmpty() ? tr("rasterized picking") : tr(" (rasterized)");
+    fPickLabel->setText(text);
+}
+
 void TviewerWindow::showKeys()
 {
     auto* box = new QMessageBox(this);
@@ -220,18 +327,23 @@ void TviewerWindow::showKeys()
     box->setWindowTitle(tr("Keys"));
     box->setTextFormat(Qt::RichText);
     box->setText(tr("<table cellpadding=3>"
-                    "<tr><td><b>left drag</b></td><td>tumble</td></tr>"
+                    "<tr><td><b>click</b></td><td>pick an object, with shift a face, with control a vertex</td></tr>"
+                    "<tr><td><b>left drag</b></td><td>pick all in the marquee; on an arrow, move what is picked</td></tr>"
+                    "<tr><td><b>right drag, alt left drag</b></td><td>tumble</td></tr>"
                     "<tr><td><b>middle drag</b></td><td>track</td></tr>"
-                    "<tr><td><b>right drag, wheel</b></td><td>dolly</td></tr>"
-                    "<tr><td><b>f</b></td><td>frame the model</td></tr>"
+                    "<tr><td><b>wheel, alt right drag</b></td><td>dolly</td></tr>"
+                    "<tr><td><b>f</b></td><td>frame what is picked, else the model</td></tr>"
+                    "<tr><td><b>r</b></td><td>pick by selection, by rasterization</td></tr>"
                     "<tr><td><b>w, d, s</b></td><td>wire, flat, smooth shading</td></tr>"
                     "<tr><td><b>e</b></td><td>edges over the shading</td></tr>"
                     "<tr><td><b>g</b></td><td>ghosted</td></tr>"
                     "<tr><td><b>x</b></td><td>x-ray</td></tr>"
                     "<tr><td><b>l</b></td><td>the lamp</td></tr>"
+                    "<tr><td><b>u</b></td><td>the texture coordinates</td></tr>"
                     "<tr><td><b>space</b></td><td>one view, four views</td></tr>"
                     "<tr><td><b>h, F1</b></td><td>this table</td></tr>"
-                    "<tr><td><b>q, Esc</b></td><td>quit</td></tr>"
+                    "<tr><td><b>Esc</b></td><td>pick nothing; then quit</td></tr>"
+                    "<tr><td><b>q</b></td><td>quit</td></tr>"
                     "</table>"));
     box->setStandardButtons(QMessageBox::Close);
     box->open();
@@ -272,8 +384,22 @@ void TviewerWindow::keyPressEvent(QKeyEvent* event)
     case Qt::Key_F1:
         showKeys();
         return;
-    case Qt::Key_Q:
+    case Qt::Key_U:
+        setShowsUvs(!showsUvs());
+        return;
+    case Qt::Key_R:
+        fTool.setWay(fTool.way() == Tpicker::kSelection ? Tpicker::kRasterization : Tpicker::kSelection);
+        showSelection();
+        return;
     case Qt::Key_Escape:
+        if (!fScene.selection().isEmpty()) {
+            fScene.select(Tselection::kObjects, {});
+            showSelection();
+            updateAll();
+            return;
+        }
+        [[fallthrough]];
+    case Qt::Key_Q:
         close();
         return;
     default:

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "TobjModel.h"
+#include "TselectTool.h"
 #include "Tview.h"
 #include "TviewScene.h"
 
@@ -11,9 +12,11 @@
 #include <thread>
 #include <vector>
 
+class QDockWidget;
 class QLabel;
 class QlirnPaneLayout;
 class QProgressBar;
+class TuvView;
 
 /** The window of portview: one view or four of a model, and a status bar. */
 class TviewerWindow : public QMainWindow
@@ -33,10 +36,15 @@ public:
     bool isLoading() const { return fLoader.joinable(); }
     bool hasFourViews() const;
     void setFourViews(bool four);
+    bool showsUvs() const;
+    /** Shows or hides the panel of texture coordinates. */
+    void setShowsUvs(bool shows);
     const TviewScene::Tstyle& style() const { return fStyle; }
     void setStyle(const TviewScene::Tstyle& style);
 
-    /** The view area drawn at its size in device pixels as it was asked for; null on failure. */
+    const TviewScene& scene() const { return fScene; }
+
+    /** The view area, and the panel of texture coordinates if it is shown, drawn at its size in device pixels as it was asked for; null on failure. */
     QImage picture();
 
 Q_SIGNALS:
@@ -47,6 +55,8 @@ protected:
     void keyPressEvent(QKeyEvent* event) override;
 
 private:
+    void makeUvPanel();
+    QImage viewsPicture(const QSize& size);
     void addView(TviewCamera::Tprojection projection);
     void show(std::shared_ptr<const TobjModel> model, const QString& name);
     void loaded(std::shared_ptr<const TobjModel> model, const QString& path, const QString& reason);
@@ -54,18 +64,25 @@ private:
     void frameAll();
     void updateAll();
     void showCounts(const T3dPortGeometryStats& counted);
+    void showSelection();
     void showKeys();
 
     QSize fSize;
     TviewScene fScene;
     TviewScene::Tstyle fStyle;
+    TselectTool fTool{fScene};
+    QString fModelName;
     QWidget* fArea;
     QlirnPaneLayout* fPanes;
     QLabel* fModelLabel;
     QLabel* fCountLabel;
+    QLabel* fPickLabel;
     QLabel* fViewLabel;
     QProgressBar* fProgressBar;
     std::vector<std::unique_ptr<Tview>> fViews;
+    QDockWidget* fUvDock = nullptr; ///< made when first shown
+    std::unique_ptr<TuvView> fUvView;
+    bool fShowsUvs = false;
 
     std::thread fLoader;
     TloadProgress fProgress;

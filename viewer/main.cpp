@@ -50,6 +50,7 @@ int concluded(const QString& problem)
 int runWindow(const TcommandLine& line)
 {
     TviewerWindow window(line.fSize, line.fStyle, line.fFourViews);
+    window.setShowsUvs(line.fUvs);
     QObject::connect(&window, &TviewerWindow::failed, [](const QString& path, const QString& reason) {
         complain(QStringLiteral("cannot open %1: %2.").arg(path, reason));
         QCoreApplication::exit(1);

@@ -1,5 +1,6 @@
 #include "Tview.h"
 
+#include "TselectTool.h"
 #include "TviewerWindow.h"
 #include "foundation/Tevent.h"
 #include "support/PortWindow.h"
@@ -12,25 +13,26 @@
 TEST(Tview, ButtonsTumbleTrackAndDolly)
 {
     TviewScene scene;
+    TselectTool tool(scene);
     const TviewScene::Tstyle style;
     QWidget window;
-    const Tview keepsTheSharedWidget(&window, TviewCamera::kFront, scene, style);
+    const Tview keepsTheSharedWidget(&window, TviewCamera::kFront, scene, style, tool);
     for (const auto projection : {TviewCamera::kPerspective, TviewCamera::kTop}) {
-        Tview view(&window, projection, scene, style);
+        Tview view(&window, projection, scene, style, tool);
         const TviewCamera& camera = view.camera();
         const T4dDblMatrix orientation = camera.orientation();
         const double distance = camera.distance();
-        const auto drag = [](int button, short x, short y) {
+        const auto drag = [](int button, short x, short y, unsigned modifiers = 0) {
             T3dPort& port = *T3dPort::allPorts().last();
-            port.doPress(TpressEvent({100, 100}, 0, button));
-            port.doDrag(TdragEvent({x, y}, 0, button));
+            port.doPress(TpressEvent({100, 100}, modifiers, button));
+            port.doDrag(TdragEvent({x, y}, modifiers, button));
         };
-        drag(1, 140, 100);
+        drag(3, 140, 100);
         EXPECT_EQ(camera.orientation() != orientation, projection == TviewCamera::kPerspective);
         EXPECT_EQ(camera.distance(), distance);
         drag(2, 100, 120);
         EXPECT_GT(camera.centre().length(), 0.05);
-        drag(3, 130, 100);
+        drag(3, 130, 100, kAlt);
         EXPECT_LT(camera.distance(), distance);
     }
 }

@@ -75,6 +75,23 @@ protected:
         return port().take();
     }
 
+    /** What the event picks where the pixel @p p, from above, is named 1 and one nearby 2; 0 for none or several. */
+    unsigned pickedBy(Tevent event, const QPoint& p)
+    {
+        port().adjustEventLocalPosition(event);
+        port().fSelectRect = port().makeSelectRect(event.getLocalPosition(1), 1);
+        port().ortho(0, port().portRect().width(), port().portRect().height(), 0);
+        unsigned hits[16] = {};
+        port().beginSelect(hits, 16);
+        port().pushName(0);
+        for (const int i : {0, 1}) {
+            const QRectF pixel(p.x() + 0.1 + 2 * i, p.y() + 0.1 - 2 * i, 0.8, 0.8);
+            port().loadName(1 + i);
+            port().rect(float(pixel.left()), float(pixel.top()), float(pixel.right()), float(pixel.bottom()), true);
+        }
+        return port().endSelect() == 1 ? hits[3] : 0;
+    }
+
     PortWindow<RecordingPort> fWindow{160, 120, Buffering::kDouble};
     Hand fHand;
 };
@@ -111,7 +128,7 @@ TEST_F(PointerRealEvents, ReachTheHandlers)
 TEST_F(PointerRealEvents, AreInDevicePixelsAtEveryScale)
 {
     if (!isRerun()) {
-        for (const char* scale : {"1", "1.5", "2"})
+        for (const char* scale : {"1", "1.25", "1.5", "2"})
             rerun({{"QT_SCALE_FACTOR", scale}});
         return;
     }
@@ -148,6 +165,7 @@ TEST_F(PointerRealEvents, AreInDevicePixelsAtEveryScale)
             const Tevent event = press()->event;
             EXPECT_EQ(QPoint(event.getLocalPosition(1).x, event.getLocalPosition(1).y), p);
             EXPECT_EQ(QPoint(event.getGlobalPosition().x, event.getGlobalPosition().y), corner + p);
+            EXPECT_EQ(pickedBy(event, p), 1u);
         }
     }
 }

@@ -33,6 +33,8 @@
 
 #include "Comparison.h"
 #include "Graphics/3dPort/T3dPort.h"
+#include "Mapping.h"
+#include "Picking.h"
 #include "RawWindow.h"
 #include "SolidField.h"
 #include "foundation/T4dDblVector.h"
@@ -144,7 +146,11 @@ bool Bench::run()
     contexts();
     matrices();
     opening();
-    return solids();
+    addMappingRows(fFilter, fRows);
+    const bool sameSolids = solids(); // first, before a port has drawn a solid
+    const bool samePicks = addPickingRow(
+        fFilter, *fPorts[0], [this] { bindPort(); }, *fRawWindows[0], fRows);
+    return sameSolids && samePicks;
 }
 
 bool Bench::isWanted(const char* name) const

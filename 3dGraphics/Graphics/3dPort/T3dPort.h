@@ -1,6 +1,7 @@
 #pragma once
 
 #include "Export.h"
+#include "Graphics/3dPort/TviewportScale.h"
 #include "Graphics/glResources/TglColorTable.h"
 #include "Graphics/glResources/TglContext.h"
 #include "Graphics/glResources/TglFont.h"
@@ -18,9 +19,7 @@
 
 #include <GL/gl.h>
 
-#include <cmath>
 #include <cstdint>
-#include <limits>
 #include <memory>
 
 class Q3dPort;
@@ -506,29 +505,12 @@ public:
      * From clip to port space; w becomes 1. For a w within 1e-10 of 0 the point lies at infinity: x and y are the largest
      * float then, z half of that.
      */
-    T4dDblPoint scaleToPort(const T4dDblPoint& c) const
-    {
-        constexpr double kInfinite = std::numeric_limits<float>::max();
-        if (!(std::abs(c.w) > kLeastW))
-            return {kInfinite, kInfinite, kInfinite * 0.5};
-        const double halfWidth = fViewport->width() * 0.5;
-        const double halfHeight = fViewport->height() * 0.5;
-        return {c.x / c.w * halfWidth + halfWidth + fViewport->left,
-                c.y / c.w * halfHeight + halfHeight + fViewport->bottom, (c.z / c.w + 1) * 0.5};
-    }
+    T4dDblPoint scaleToPort(const T4dDblPoint& c) const;
     /**
      * From world to port space; @p out is set in every case, and may be @p p.
      * @return a TpointPlace: kPointOutside outside the view volume, so for every point behind the eye
      */
-    int worldToPort(const T4dDblPoint& p, T4dDblPoint& out) const
-    {
-        const T4dDblPoint c = p * transform();
-        out = scaleToPort(c);
-        if (std::abs(c.w) <= kLeastW)
-            return kPointAtInfinity;
-        const bool inside = (std::abs(c.x) <= c.w) & (std::abs(c.y) <= c.w) & (std::abs(c.z) <= c.w);
-        return inside ? kPointInside : kPointOutside;
-    }
+    int worldToPort(const T4dDblPoint& p, T4dDblPoint& out) const;
     /**
      * Clips the segment from @p a to @p b by the view volume and maps what is left of it.
      * @return 0; -1, and the outputs left alone, when nothing is left
@@ -965,7 +947,6 @@ private:
     static constexpr std::uint32_t fsEitherValid[2] = {0xC, 0x30};
 
     static constexpr unsigned short kModelViewColorBase = 2048;
-    static constexpr double kLeastW = 1e-10; ///< a clip-space w within this of 0 is taken for 0
 
     /** The stack that the matrix mode selects; without a stack when it selects none. */
     struct TselectedStack
@@ -1038,8 +1019,15 @@ private:
             updateInverseTransform();
         return fInverseTransformMatrix;
     }
+    const TviewportScale& viewportScale() const
+    {
+        if (!fViewportScale.isOf(*fViewport))
+            updateViewportScale();
+        return fViewportScale;
+    }
     [[gnu::cold]] void updateTransform() const;
     [[gnu::cold]] void updateInverseTransform() const;
+    [[gnu::cold]] void updateViewportScale() const;
 
     /** True while names go to OpenGL, then with the port's context current. */
     bool isNaming() const
@@ -1135,6 +1123,7 @@ private:
     Tstring fRendererName;
     std::int32_t fReserved2 = -1;
     Tstring fReservedName;
+    mutable TviewportScale fViewportScale{TportRect()}; ///< of the viewport last mapped with
 
     // Class-wide state. The registries are never destroyed: ports may outlive the static objects of the library.
 
@@ -1158,3 +1147,5 @@ private:
     static TclampColorProc fsGlClampColor; ///< null unless kHasUnclampedColor stands
     static void unclampColors();
 };
+
+#include "Graphics/3dPort/T3dPortMapping.h"

@@ -24,6 +24,11 @@ short pixelPosition(double v)
 
 } // namespace
 
+void T3dPort::updateViewportScale() const
+{
+    fViewportScale = TviewportScale(*fViewport);
+}
+
 int T3dPort::worldToPort(const T4dDblPoint& a, const T4dDblPoint& b, T4dDblPoint& outA, T4dDblPoint& outB) const
 {
     T4dDblPoint ca = a * transform();
@@ -92,21 +97,10 @@ T4dDblPoint T3dPort::intersection(short plane, const T4dDblPoint& a, const T4dDb
     return {a.x + t * d.x, a.y + t * d.y, a.z + t * d.z, a.w + t * d.w};
 }
 
-void T3dPort::portToWorld(const Tpoint& p, T4dDblPoint& point, T4dDblVector& dir) const
-{
-    const double sx = 2.0 / fViewport->width();
-    const double sy = 2.0 / fViewport->height();
-    const double x = p.x * sx - fViewport->left * sx - 1;
-    const double y = p.y * sy - fViewport->bottom * sy - 1;
-    const T4dDblMatrix& inverse = inverseTransform();
-    point = (T4dDblPoint(x, y, -1) * inverse).cartesian();
-    dir = (T4dDblPoint(x, y, 1) * inverse - point).normalised();
-}
-
 T4dDblPoint T3dPort::worldToDepth(const T4dDblPoint& p, double depth) const
 {
     const T4dDblPoint c = p * transform();
-    if (std::abs(c.w) <= kLeastW)
+    if (std::abs(c.w) <= TviewportScale::kLeastW)
         return p;
     return (T4dDblPoint(c.x / c.w, c.y / c.w, 2 * depth - 1) * inverseTransform()).cartesian();
 }

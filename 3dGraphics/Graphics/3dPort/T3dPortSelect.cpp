@@ -5,6 +5,7 @@
 #include "foundation/Tpoint.h"
 
 #include <algorithm>
+#include <limits>
 
 namespace {
 

@@ -19,10 +19,11 @@ public:
 
     bool missesSphere(const T4dDblVector& centre, double radius) const
     {
-        bool outside = false;
-        for (const Tplane& plane : fPlanes)
-            outside |= plane.distance(centre.x, centre.y, centre.z) < -radius;
-        return outside;
+        for (const Tplane& plane : fPlanes) {
+            if (plane.distance(centre.x, centre.y, centre.z) < -radius)
+                return true;
+        }
+        return false;
     }
     bool missesPoint(const float* p) const { return missesSphere({p[0], p[1], p[2]}, fSlack); }
     bool missesTriangle(const float* a, const float* b, const float* c) const

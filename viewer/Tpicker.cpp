@@ -16,11 +16,6 @@ using Titem = Tselection::Titem;
 
 constexpr int kWordsPerRecord = 4; // with one name
 
-TportRect pixelRect(const Tpoint& pixel)
-{
-    return {pixel.x, pixel.y, static_cast<short>(pixel.x + 1), static_cast<short>(pixel.y + 1)};
-}
-
 } // namespace
 
 void Tpicker::gather(const TportRect& region, Tselection::Tkind kind)
@@ -35,10 +30,11 @@ void Tpicker::gather(const TportRect& region, Tselection::Tkind kind)
     fPort.getTransformMatrix(worldToClip);
     const TpickVolume whole(worldToClip, fPort.viewport(), region);
 
-    for (std::size_t i = 0; i < model->objects().size(); ++i) {
-        const TobjModel::Tobject& object = model->objects()[i];
-        if (whole.missesSphere(object.centre() + fScene.offset(i), object.radius()))
+    for (std::size_t i = 0; i < fScene.spheres().size(); ++i) {
+        const TviewScene::Tsphere& sphere = fScene.spheres()[i];
+        if (whole.missesSphere(sphere.fCentre, sphere.fRadius))
             continue;
+        const TobjModel::Tobject& object = model->objects()[i];
         const TpickVolume volume = whole.movedFor(fScene.offset(i));
         if (kind == Tselection::kVertices) {
             gatherVertices(i, volume);
@@ -169,7 +165,11 @@ std::vector<Titem> Tpicker::allRasterized(const TportRect& region)
 
 std::optional<Titem> Tpicker::nearest(const Tpoint& pixel, Tselection::Tkind kind)
 {
-    const TportRect region = pixelRect(pixel);
+    return nearest(TportRect(pixel.x, pixel.y, static_cast<short>(pixel.x + 1), static_cast<short>(pixel.y + 1)), kind);
+}
+
+std::optional<Titem> Tpicker::nearest(const TportRect& region, Tselection::Tkind kind)
+{
     gather(region, kind);
     if (fCandidates.empty())
         return std::nullopt;

@@ -27,6 +27,8 @@ public:
 
     /** The object or the face that is seen in the pixel whose lower left corner is @p pixel. */
     std::optional<Tselection::Titem> nearest(const Tpoint& pixel, Tselection::Tkind kind);
+    /** The nearest one that is seen in a rectangle. */
+    std::optional<Tselection::Titem> nearest(const TportRect& region, Tselection::Tkind kind);
     /**
      * The vertex nearest to the middle of the pixel, not farther from it than @p reach pixels: of the face seen there, or
      * where there is none of any face.

@@ -92,6 +92,9 @@ void TviewScene::setModel(std::shared_ptr<const TobjModel> model)
 {
     fModel = std::move(model);
     fOffsets.assign(fModel ? fModel->objects().size() : 0, T4dDblVector());
+    fSpheres.clear();
+    for (std::size_t i = 0; i < fOffsets.size(); ++i)
+        fSpheres.push_back({fModel->objects()[i].centre(), fModel->objects()[i].radius()});
     fSelection.clear();
     fListsValid = false;
     fModelReach = 1;
@@ -107,11 +110,10 @@ void TviewScene::setOffset(std::size_t object, const T4dDblVector& offset)
     fOffsets[object] = {std::clamp(offset.x, -kFarthestMove, kFarthestMove),
                         std::clamp(offset.y, -kFarthestMove, kFarthestMove),
                         std::clamp(offset.z, -kFarthestMove, kFarthestMove)};
+    fSpheres[object].fCentre = fModel->objects()[object].centre() + fOffsets[object];
     fModelReach = 1;
-    for (std::size_t i = 0; i < fOffsets.size(); ++i) {
-        const TobjModel::Tobject& each = fModel->objects()[i];
-        fModelReach = std::max(fModelReach, (each.centre() + fOffsets[i]).length() + each.radius());
-    }
+    for (const Tsphere& sphere : fSpheres)
+        fModelReach = std::max(fModelReach, sphere.fCentre.length() + sphere.fRadius);
 }
 
 void TviewScene::wholeBox(T4dDblVector& lower, T4dDblVector& upper) const

@@ -41,6 +41,14 @@ public:
 
     const Tselection& selection() const { return fSelection; }
     void select(Tselection::Tkind kind, std::vector<Tselection::Titem> items);
+    /** A sphere around an object where it is, in scene space. */
+    struct Tsphere
+    {
+        T4dDblVector fCentre;
+        double fRadius;
+    };
+    /** One for each object of the model. */
+    const std::vector<Tsphere>& spheres() const { return fSpheres; }
     /** How far an object of the model was moved from its place. */
     const T4dDblVector& offset(std::size_t object) const { return fOffsets[object]; }
     void setOffset(std::size_t object, const T4dDblVector& offset);
@@ -87,6 +95,7 @@ private:
     TsceneLights fLights;
     std::shared_ptr<const TobjModel> fModel;
     std::vector<T4dDblVector> fOffsets;
+    std::vector<Tsphere> fSpheres;
     Tselection fSelection;
     TmodelLists fLists;
     bool fListsValid = false;

@@ -12,7 +12,8 @@
  * and pops are timed in blocks of 24 (GL's model-view stack need hold 32 matrices only), less the cost of the clock.
  * Opening counts up to the bound context and closing to the destroyed window, both with what the X server does for it.
  * A frame of solids is a clear, the solids and glFinish. The raw lists hold the same geometry, and both sides have to
- * draw the same picture before they are timed; nothing is lit, the depth test is on.
+ * draw the same picture before they are timed; nothing is lit, the depth test is on. The UV quads are outlines sent in
+ * immediate mode on both sides.
  *
  *     portbench [--json FILE] [--filter TEXT]
  *
@@ -37,6 +38,7 @@
 #include "Picking.h"
 #include "RawWindow.h"
 #include "SolidField.h"
+#include "UvLayout.h"
 #include "foundation/T4dDblVector.h"
 #include "foundation/Tquaternion.h"
 
@@ -58,6 +60,7 @@ constexpr int kWidth = 200;
 constexpr int kHeight = 150;
 constexpr int kBlock = 24;
 constexpr int kSolids = 10000;
+constexpr int kUvQuadsPerSide = 500;
 constexpr double kDegree = 3.141592653589793 / 180;
 
 /** A view from some way off, which the matrix rows multiply onto. */
@@ -85,7 +88,9 @@ private:
     void matrices();
     void opening();
     bool solids();
-    bool solidsRow(const char* name, const SolidField& field, int width, int height);
+    bool uvLayout();
+    /** @p drawing has draw(T3dPort&) and drawRaw(). */
+    template <class Drawing> bool frameRow(const char* name, const Drawing& drawing, int width, int height);
 
     bool isWanted(const char* name) const;
     void bindPort() const;
@@ -150,7 +155,7 @@ bool Bench::run()
     const bool sameSolids = solids(); // first, before a port has drawn a solid
     const bool samePicks = addPickingRow(
         fFilter, *fPorts[0], [this] { bindPort(); }, *fRawWindows[0], fRows);
-    return sameSolids && samePicks;
+    return uvLayout() && sameSolids && samePicks;
 }
 
 bool Bench::isWanted(const char* name) const
@@ -336,13 +341,13 @@ std::vector<GLubyte> picture(int width, int height)
     return pixels;
 }
 
-bool Bench::solidsRow(const char* name, const SolidField& field, int width, int height)
+template <class Drawing> bool Bench::frameRow(const char* name, const Drawing& drawing, int width, int height)
 {
     if (!isWanted(name))
         return true;
     QWidget host;
     host.resize(std::max(width, kWidth), std::max(height, kHeight)); // window managers keep to a least size
-    T3dPort port(&host, "solids", false);
+    T3dPort port(&host, "frames", false);
     if (QWidget* control = port.qControl())
         control->setGeometry(0, 0, width, height);
     host.show();
@@ -386,14 +391,14 @@ bool Bench::solidsRow(const char* name, const SolidField& field, int width, int 
     glMatrixMode(GL_MODELVIEW);
     glLoadMatrixd(kCamera.data());
 
-    const auto drawPort = [&port, &field](long) {
+    const auto drawPort = [&port, &drawing](long) {
         port.clear(GL_COLOR_BUFFER_BIT | GL_DEPTH_BUFFER_BIT);
-        field.draw(port);
+        drawing.draw(port);
         glFinish();
     };
-    const auto drawRaw = [&field](long) {
+    const auto drawRaw = [&drawing](long) {
         glClear(GL_COLOR_BUFFER_BIT | GL_DEPTH_BUFFER_BIT);
-        field.drawRaw();
+        drawing.drawRaw();
         glFinish();
     };
 
@@ -419,9 +424,14 @@ bool Bench::solids()
     SolidField field(kSolids);
     fRawWindows[0]->makeCurrent();
     field.compile();
-    const bool small = solidsRow("10000 solids, 16 x 16", field, 16, 16);
-    const bool large = solidsRow("10000 solids, 800 x 600", field, 800, 600);
+    const bool small = frameRow("10000 solids, 16 x 16", field, 16, 16);
+    const bool large = frameRow("10000 solids, 800 x 600", field, 800, 600);
     return small && large;
+}
+
+bool Bench::uvLayout()
+{
+    return frameRow("250000 UV quads, 200 x 150", UvLayout(kUvQuadsPerSide), kWidth, kHeight);
 }
 
 void Bench::print() const

@@ -21,8 +21,8 @@ Tpanel* TpanelManager::panel(QWidget* widget, bool enclosing) const
 
 Tpanel* TpanelManager::panel(const char* name) const
 {
-    const auto found = std::find_if(fPanels.begin(), fPanels.end(),
-                                    [&](const Tpanel* each) { return name && each->name() == name; });
+    const auto found =
+        std::find_if(fPanels.begin(), fPanels.end(), [&](const Tpanel* each) { return name && each->name() == name; });
     return found == fPanels.end() ? nullptr : *found;
 }
 

@@ -1,7 +1,7 @@
 #include "Graphics/interaction/TinteractivePort.h"
 
-#include "foundation/TserverWatch.h"
 #include "foundation/Tmetaclass.h"
+#include "foundation/TserverWatch.h"
 #include "ui/ThandlerBlock.h"
 #include "ui/Tpanel.h"
 #include "ui/TpanelManager.h"
@@ -108,9 +108,7 @@ QWidget* TinteractivePort::rootQControl()
     return qControl();
 }
 
-void TinteractivePort::refresh(bool)
-{
-}
+void TinteractivePort::refresh(bool) {}
 
 void TinteractivePort::attachHandlers(ThandlerBlock& block)
 {

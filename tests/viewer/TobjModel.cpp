@@ -140,6 +140,32 @@ TEST_F(TobjModelFile, SmoothNormalsKeepCreasesAndTakeUsableNormalsFromTheFile)
     }
 }
 
+TEST_F(TobjModelFile, NamesBeginObjects)
+{
+    const auto model = load(kSquare + "vt 0.25 0.5\nf 1 2 3\ng default\no first  part\ng\ng left arm\nf 1/1 2/-1 3/9\nf 1 3 4\n"
+                                      "o last\nf 3 4 1 2\ng none\n");
+    ASSERT_TRUE(model) << fError;
+    const struct
+    {
+        const char* name;
+        std::size_t faces, triangles, edges;
+    } expected[] = {{"", 1, 1, 3}, {"left arm", 2, 2, 5}, {"last", 1, 2, 4}};
+    ASSERT_EQ(model->objects().size(), std::size(expected));
+    for (std::size_t i = 0; i < std::size(expected); ++i) {
+        const TobjModel::Tobject& object = model->objects()[i];
+        EXPECT_EQ(object.fName, expected[i].name);
+        EXPECT_EQ(object.fFaces.size(), expected[i].faces);
+        EXPECT_EQ(object.fTriangles.size(), 3 * expected[i].triangles);
+        EXPECT_EQ(object.fEdges.size(), 2 * expected[i].edges);
+        EXPECT_EQ(model->objectOf(object.fFaces.fBegin), i);
+        EXPECT_EQ(model->objectOf(object.fFaces.fEnd - 1), i);
+    }
+    const std::size_t corner = model->cornersOf(1).fBegin;
+    EXPECT_EQ(model->uvs()[corner].fU, 0.25f);
+    EXPECT_EQ(model->uvs()[corner + 1].fV, 0.5f);
+    EXPECT_TRUE(std::isnan(model->uvs()[corner + 2].fU));
+}
+
 TEST_F(TobjModelFile, BrokenFilesGiveAReason)
 {
     const struct

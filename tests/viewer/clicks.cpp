@@ -1,0 +1,167 @@
+// Clicks and drags as the X server makes them, in the window of the viewer.
+
+#include <QApplication>
+#include <QX11Info>
+
+#include "Graphics/3dPort/T3dPort.h"
+#include "QtExtensions/QlirnGLWidget.h"
+#include "TviewerWindow.h"
+#include "foundation/T4dDblPoint.h"
+#include "support/PortWindow.h"
+
+#include <QTemporaryDir>
+
+#include <gtest/gtest.h>
+
+#include <cmath>
+#include <fstream>
+
+// Last, for its macros.
+#include <X11/extensions/XTest.h>
+#include <X11/keysym.h>
+
+namespace {
+
+Display* display()
+{
+    return QX11Info::display();
+}
+
+void key(KeySym symbol, bool down)
+{
+    XTestFakeKeyEvent(display(), XKeysymToKeycode(display(), symbol), down, CurrentTime);
+    XSync(display(), 0);
+}
+
+/** Two squares that face the front, the smaller one in front of the other's right half. */
+const char kSquares[] = "v -2 -1 0\nv 2 -1 0\nv 2 1 0\nv -2 1 0\nv 0.5 -0.5 1\nv 1.5 -0.5 1\nv 1.5 0.5 1\nv 0.5 0.5 1\n"
+                        "o back\nf 1 2 3 4\no front\nf 5 6 7 8\n";
+
+class ClicksRealEvents : public ::testing::Test
+{
+protected:
+    ~ClicksRealEvents() override { at(QPoint(DisplayWidth(display(), 0) - 1, DisplayHeight(display(), 0) - 1)); }
+
+    void SetUp() override
+    {
+        std::ofstream(fFolder.filePath(QStringLiteral("squares.obj")).toStdString()) << kSquares;
+        fWindow.move(20, 20);
+        static_cast<QWidget&>(fWindow).show();
+        bool opened = false;
+        QObject::connect(&fWindow, &TviewerWindow::opened, [&] { opened = true; });
+        fWindow.open(fFolder.filePath(QStringLiteral("squares.obj")));
+        ASSERT_TRUE(waitUntil([&] { return opened && fWindow.scene().model(); }));
+        settle();
+    }
+
+    T3dPort& port() { return *T3dPort::allPorts().last(); }
+
+    /** The screen's pixel where a point of the file is seen. */
+    QPoint seen(double x, double y, double z)
+    {
+        const TobjModel& model = *fWindow.scene().model();
+        const T4dDblVector p = (T4dDblVector(x, y, z) - model.centre()) * model.scale();
+        T4dDblPoint pixel;
+        port().worldToPort(T4dDblPoint(p.x, p.y, p.z), pixel);
+        ::Window child = 0;
+        int left = 0, top = 0;
+        XTranslateCoordinates(display(), port().glWidget()->glWindow(), DefaultRootWindow(display()), 0, 0, &left, &top,
+                              &child);
+        return {left + static_cast<int>(pixel.x), top + port().portRect().height() - 1 - static_cast<int>(pixel.y)};
+    }
+
+    void at(const QPoint& p)
+    {
+        XTestFakeMotionEvent(display(), -1, p.x(), p.y(), CurrentTime);
+        XSync(display(), 0);
+        settle();
+    }
+    void drag(const QPoint& from, const QPoint& to)
+    {
+        at(from);
+        XTestFakeButtonEvent(display(), 1, True, CurrentTime);
+        XSync(display(), 0);
+        settle();
+        if (to != from) {
+            at((from + to) / 2);
+            at(to);
+        }
+        XTestFakeButtonEvent(display(), 1, False, CurrentTime);
+        XSync(display(), 0);
+        settle();
+    }
+    void click(const QPoint& p, KeySym modifier = NoSymbol)
+    {
+        if (modifier != NoSymbol)
+            key(modifier, true);
+        drag(p, p);
+        if (modifier != NoSymbol)
+            key(modifier, false);
+        settle();
+    }
+
+    void clickNothing()
+    {
+        click(seen(-2.6, 1.5, 0));
+        expectPicked({});
+    }
+    void expectPicked(const std::vector<Tselection::Titem>& expected)
+    {
+        const auto& items = fWindow.scene().selection().items();
+        waitUntil([&] { return items == expected; }, 2000);
+        ASSERT_EQ(items, expected);
+    }
+
+    QTemporaryDir fFolder;
+    TviewerWindow fWindow{QSize(420, 320), {}, false};
+};
+
+using Items = std::vector<Tselection::Titem>;
+
+} // namespace
+
+TEST_F(ClicksRealEvents, PickWhatIsUnderThePointerAndMoveIt)
+{
+    for (const int way : {0, 1}) {
+        SCOPED_TRACE(way ? "rasterization" : "selection");
+        click(seen(-1.5, 0, 0));
+        expectPicked(Items{{0, 0}});
+        clickNothing(); // arrows would be in the way
+        click(seen(1.4, 0.4, 1));
+        expectPicked(Items{{1, 0}}); // the nearer one
+        clickNothing();
+        click(seen(1.4, 0.4, 1), XK_Shift_L);
+        expectPicked(Items{{1, 1}});
+        EXPECT_EQ(fWindow.scene().selection().kind(), Tselection::kFaces);
+        click(seen(-1.98, -0.98, 0), XK_Control_L);
+        expectPicked(Items{{0, 0}});
+        EXPECT_EQ(fWindow.scene().selection().kind(), Tselection::kVertices);
+        clickNothing();
+        drag(seen(-2.2, 1.3, 0), seen(2.3, -1.4, 0));
+        expectPicked(Items{{0, 0}, {1, 0}});
+        clickNothing();
+        fWindow.setFocus();
+        key(XK_r, true);
+        key(XK_r, false);
+        settle();
+    }
+
+    click(seen(1.4, 0.4, 1));
+    expectPicked(Items{{1, 0}});
+    const TobjModel& model = *fWindow.scene().model();
+    const T4dDblVector centre = model.objects()[1].centre();
+    T4dDblPoint from, to;
+    port().worldToPort(T4dDblPoint(centre.x, centre.y, centre.z), from);
+    port().worldToPort(T4dDblPoint(centre.x, centre.y + 0.2, centre.z), to);
+    const double length = std::hypot(to.x - from.x, to.y - from.y);
+    const QPoint start = seen(1, 0, 1);
+    // The arrow of y leads upwards; half way along it, and 0.2 of the scene further.
+    const QPoint grip = start - QPoint(0, 45);
+    drag(grip, grip - QPoint(0, static_cast<int>(std::lround(length))));
+    const T4dDblVector offset = fWindow.scene().offset(1);
+    EXPECT_NEAR(offset.y, 0.2, 0.02);
+    EXPECT_EQ(offset.x, 0);
+    EXPECT_EQ(offset.z, 0);
+    EXPECT_EQ(fWindow.scene().offset(0), T4dDblVector());
+    expectPicked(Items{{1, 0}});
+}

@@ -61,7 +61,8 @@ struct OwnCamera
 /** Nanoseconds per point. */
 template <class One> Side side(One one)
 {
-    return {[] {}, [one](long count) {
+    return {[] {},
+            [one](long count) {
                 const auto block = [one](long) {
                     for (int i = 0; i < kPoints; ++i)
                         one(i);
@@ -85,8 +86,14 @@ void addMappingRows(const QString& filter, std::vector<Row>& rows)
     port.getTransformMatrix(product);
     const TportRect& area = port.viewport();
     const GLint viewport[4] = {area.left, area.bottom, area.width(), area.height()};
-    OwnCamera own{{}, {}, double(area.left), double(area.bottom), area.width() * 0.5, area.height() * 0.5,
-                  2.0 / area.width(), 2.0 / area.height()};
+    OwnCamera own{{},
+                  {},
+                  double(area.left),
+                  double(area.bottom),
+                  area.width() * 0.5,
+                  area.height() * 0.5,
+                  2.0 / area.width(),
+                  2.0 / area.height()};
     std::copy_n(product.data(), 16, own.fToClip);
     std::copy_n(product.invert().data(), 16, own.fToWorld);
 
@@ -111,7 +118,8 @@ void addMappingRows(const QString& filter, std::vector<Row>& rows)
     T4dDblPoint* const out = mapped.data();
     Ray* const seen = rays.data();
     const Side worldToPort = side([&port, in, out](int i) { port.worldToPort(in[i], out[i]); });
-    const Side portToWorld = side([&port, at, seen](int i) { port.portToWorld(at[i], seen[i].fPoint, seen[i].fDirection); });
+    const Side portToWorld =
+        side([&port, at, seen](int i) { port.portToWorld(at[i], seen[i].fPoint, seen[i].fDirection); });
     row("worldToPort, beside gluProject", kBesideGluProject, worldToPort, side([&, in, out](int i) {
             gluProject(in[i].x, in[i].y, in[i].z, modelView.data(), projection.data(), viewport, &out[i].x, &out[i].y,
                        &out[i].z);

@@ -5,9 +5,10 @@
 /**
  * Searches the hit records of a GL selection (T3dPort::beginSelect, glSelectBuffer).
  *
- * The records follow one another without gaps. One is 3 + n words long: the number n of names, the least and the greatest
- * depth (0 near, 0xFFFFFFFF far), and the names, outermost first. A record is handed out as a pointer to its names. Only
- * records that lie in the buffer as a whole are; one that claims more names than there is room for ends the search.
+ * The records follow one another without gaps. One is 3 + n words long: the number n of names, the least and the
+ * greatest depth (0 near, 0xFFFFFFFF far), and the names, outermost first. A record is handed out as a pointer to its
+ * names. Only records that lie in the buffer as a whole are; one that claims more names than there is room for ends the
+ * search.
  *
  * @code
  *     unsigned words[512];

@@ -9,8 +9,8 @@
 #include <limits>
 
 /**
- * A viewport as mapping needs it, between clip space and pixels. It is kept from one point to the next: making numbers of
- * the 16-bit corners costs as much as a point's way through a matrix.
+ * A viewport as mapping needs it, between clip space and pixels. It is kept from one point to the next: making numbers
+ * of the 16-bit corners costs as much as a point's way through a matrix.
  */
 class TviewportScale
 {
@@ -29,10 +29,10 @@ public:
     static constexpr double kLeastW = 1e-10;
 
     explicit TviewportScale(const TportRect& viewport)
-        : fViewport(viewport), fHalf{viewport.width() * 0.5, viewport.height() * 0.5},
-          fCorner{double(viewport.left), double(viewport.bottom)},
-          fPixel{2.0 / viewport.width(), 2.0 / viewport.height()},
-          fShift{fCorner[0] * fPixel[0], fCorner[1] * fPixel[1]}
+        : fViewport(viewport), fHalf{viewport.width() * 0.5, viewport.height() * 0.5}, fCorner{double(viewport.left),
+                                                                                               double(viewport.bottom)},
+          fPixel{2.0 / viewport.width(), 2.0 / viewport.height()}, fShift{fCorner[0] * fPixel[0],
+                                                                          fCorner[1] * fPixel[1]}
     {
     }
 
@@ -50,7 +50,10 @@ public:
     }
 
     /** The x and y, from -1 to 1 in the viewport, at which @p p lies. */
-    Tpair toUnit(const Tpoint& p) const { return Tpair{double(p.x), double(p.y)} * pairAt(fPixel) - pairAt(fShift) - 1; }
+    Tpair toUnit(const Tpoint& p) const
+    {
+        return Tpair{double(p.x), double(p.y)} * pairAt(fPixel) - pairAt(fShift) - 1;
+    }
 
 private:
     TportRect fViewport;

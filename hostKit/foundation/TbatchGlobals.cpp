@@ -1,3 +1,4 @@
 #include "foundation/TbatchGlobals.h"
 
 bool TbatchGlobals::fUseNonAffineXformCalculations = false;
+bool TbatchGlobals::fMultithreaded = false;

@@ -5,4 +5,5 @@ class TbatchGlobals
 {
 public:
     static bool fUseNonAffineXformCalculations; ///< model-view products in full, not as affine ones
+    static bool fMultithreaded;                 ///< other threads than the first may use the libraries
 };

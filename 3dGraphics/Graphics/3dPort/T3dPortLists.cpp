@@ -17,15 +17,9 @@ template <class Send> void callOrCompile(TcountedPtr<TglListId>& list, Send send
         glCallList(list->first());
         return;
     }
-    GLint open = 0;
-    glGetIntegerv(GL_LIST_INDEX, &open);
-    if (open != 0) {
-        send(); // lists do not nest
-        return;
-    }
-    TcountedPtr<TglListId> made(new TglListId(1));
-    if (made->first() == 0) {
-        send(); // no names left, or no context to have any; the next use tries again
+    const TcountedPtr<TglListId> made = TglListId::toCompile();
+    if (!made) {
+        send(); // the next use tries again
         return;
     }
     list = made;

@@ -58,12 +58,8 @@ inline const T4dDblPoint (&circlePoints())[kCirclePoints]
 template <class Send> void drawCompiled(TglDisplayList& list, bool draw, Send send)
 {
     if (!list.isCompiled()) {
-        GLint open = 0;
-        glGetIntegerv(GL_LIST_INDEX, &open);
-        TcountedPtr<TglListId> made;
-        if (open == 0)
-            made.reset(new TglListId(1));
-        if (!made || made->first() == 0) {
+        const TcountedPtr<TglListId> made = TglListId::toCompile();
+        if (!made) {
             if (draw)
                 send();
             return;

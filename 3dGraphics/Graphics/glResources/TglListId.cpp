@@ -23,6 +23,18 @@ TglListId::TglListId(GLsizei count) : fFirst(count > 0 ? glGenLists(count) : 0),
 {
 }
 
+TcountedPtr<TglListId> TglListId::toCompile()
+{
+    GLint open = 0;
+    glGetIntegerv(GL_LIST_INDEX, &open);
+    TcountedPtr<TglListId> made;
+    if (open == 0)
+        made.reset(new TglListId(1));
+    if (made && made->first() == 0)
+        made.reset();
+    return made;
+}
+
 TglListId::~TglListId()
 {
     // The last holder may be a static object that goes when no context is left.

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "Export.h"
+#include "foundation/TcountedPtr.h"
 #include "foundation/TsharedObject.h"
 
 #include <GL/gl.h>
@@ -17,6 +18,8 @@ class LIRN_3DGRAPHICS_EXPORT TglListId : public TsharedObject
 public:
     /** Reserves @p count consecutive names in the current context's share group (glGenLists). */
     explicit TglListId(GLsizei count);
+    /** A list to compile into. Null while the current context compiles one, for lists do not nest, and without a name. */
+    static TcountedPtr<TglListId> toCompile();
     /** Deletes the lists (glDeleteLists), if any context that has them is left. */
     ~TglListId() override;
 

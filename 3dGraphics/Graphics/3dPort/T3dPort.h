@@ -30,6 +30,7 @@ class T3dPort;
 class T3dPortAudit;
 class Taction;
 class Tevent;
+class TglBitmap;
 class TglBuffer;
 class TglDisplayList;
 class TglLight;
@@ -39,6 +40,7 @@ class Tmetaclass;
 class Tpoint;
 class Tquaternion;
 class Trect;
+struct T2Int32;
 struct T3dPortGeometryStats;
 struct T4dDblPoint;
 struct T4dDblVector;
@@ -175,6 +177,13 @@ public:
     enum TshadeModel : std::uint32_t { kShadeFlat = GL_FLAT, kShadeSmooth = GL_SMOOTH };
 
     enum TdisplayListMode : std::uint32_t { kCompile = GL_COMPILE, kCompileAndExecute = GL_COMPILE_AND_EXECUTE };
+
+    /** Where a text stands in x from its point. */
+    enum TtextPos : std::uint32_t {
+        kLeft = 0, ///< begins there
+        kCenter = 1,
+        kRight = 2 ///< ends there
+    };
 
     enum TmaterialChannel : std::uint32_t {
         kMaterialAmbient = GL_AMBIENT,
@@ -846,6 +855,34 @@ public:
     void outline_cone(short colorIndex);
     void outline_cone(const T4dDblPoint& centre, float radius, float height, short colorIndex);
 
+    // Text and bitmaps, upright and of their own size whatever the matrices are. They stand at the window pixel and the
+    // depth of a point, and leave the raster position behind.
+
+    /** The font of text. */
+    const TglFont& font() const { return fFont; }
+    void font(const TglFont& f) { fFont = f; }
+    /**
+     * Draws @p text, bytes of the font's encoding, in the current colour, with its base line at the point in y; on a
+     * box, centred in its height. It is drawn while the box meets the viewport, whether or not the box is to be seen.
+     *
+     * A background leaves blending off, whatever it was, and the blend factors GL_ONE and GL_ONE_MINUS_SRC_ALPHA, so that
+     * a colour with opacity is to be given with red, green and blue multiplied by it. OpenGL's list base is 0 afterwards.
+     * The depth of the text is half of what the point has from the near plane.
+     *
+     * @param boxSize     pixels of the box, of which the point is the lower left corner, or the middle or the right end
+     *                    of the lower edge; null for the extent of the text
+     * @param background  what the box is filled with, unless its alpha is 0
+     */
+    void text(const T4dDblPoint& where, const char* text, TtextPos pos, const T2Int32* boxSize = nullptr,
+              const TportColor& background = kCtransparent);
+    /** Draws @p bm with its origin at the point, in the current colour; nothing when the point is clipped. */
+    void bitmap(const T4dDblPoint& where, const TglBitmap& bm);
+    void bitmap(const T4dDblPoint& where, const TglBitmap* bm);
+    void bitmap(float x, float y, float z, const TglBitmap& bm);
+    void bitmap(float x, float y, float z, const TglBitmap* bm);
+    /** The Xlib Display* of the ports; null without X. */
+    static void* getDisplay();
+
     // Geometry statistics. Counted in the record that the host attaches, nowhere without one. Drawing code counts, if
     // isEnabledGeometryStats; the port's own primitives do not.
 
@@ -981,6 +1018,9 @@ private:
     void discardBackingStore();
 
     void colorChanged(const TportColor& c);
+    void setColorWithAlpha(const TportColor& c);
+    void drawTextBox(const TportRect& box, const TportColor& background);
+    static void drawBitmap(const TglBitmap& bm);
     void pointSizeChanged(float size);
     void blendFuncChanged(TblendFunc source, TblendFunc destination);
     void depthTestChanged(bool on);

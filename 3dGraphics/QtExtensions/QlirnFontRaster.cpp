@@ -23,6 +23,13 @@ QString fromUtf8(const Tstring& text)
     return QString::fromUtf8(text.asChar(), static_cast<int>(std::min(text.length(), 0x7FFFFFFFu)));
 }
 
+/** Coverage laid over coverage, as Qt's painter rounds it. */
+unsigned char over(unsigned char source, unsigned char destination)
+{
+    const unsigned sum = 255u * source + (255u - source) * destination;
+    return static_cast<unsigned char>((sum + (sum >> 8) + 0x80) >> 8);
+}
+
 Tstring toTstring(const QString& text)
 {
     const QByteArray bytes = text.toUtf8();
@@ -37,7 +44,9 @@ QlirnFontRaster::QlirnFontRaster(const Tstring& family, int pixelSize, Style sty
         return;
     fFont = std::make_unique<QFont>(fromUtf8(family));
     fFont->setPixelSize(std::clamp(pixelSize, 1, kLargestPixelSize));
+    // Hinted outlines keep to whole pixels. Shaping would put one glyph in the place of two characters.
     fFont->setKerning(false);
+    fFont->setStyleStrategy(QFont::PreferNoShaping);
     fFont->setHintingPreference(QFont::PreferFullHinting);
     setIncline(int(style >> kInclineShift & 0x3u));
     setLine(int(style >> kLineShift & 0x3u));
@@ -178,18 +187,40 @@ bool QlirnFontRaster::getTextImage(const Tstring& text, bool smooth, unsigned ch
         const int width = std::min(getWidth(text), rowStride);
         return width <= 0 || drawTextImage(fromUtf8(text), width, smooth, out, rowStride);
     }
-    const unsigned char* const strip = (smooth ? fSmoothStrip : fMonoStrip).get();
-    int room = rowStride;
+    const Strip& strip = smooth ? *fSmoothStrip : *fMonoStrip;
     const char* const end = text.asChar() + text.length();
-    for (const char* c = text.asChar(); c != end && room > 0; ++c) {
-        const auto code = static_cast<unsigned char>(*c);
-        const int columns = std::min(fWidths[code], room);
-        const unsigned char* from = strip + fOffsets[code];
+    int room = 0;
+    for (const char* c = text.asChar(); c != end && room < rowStride; ++c)
+        room = std::min(rowStride, room + fWidths[static_cast<unsigned char>(*c)]);
+
+    int written = 0;
+    // Lays columns of a character over what others have left there, and writes those that nothing has reached before.
+    const auto put = [&](const unsigned char* from, int fromStride, int left, int columns) {
+        const int first = std::max(left, 0);
+        const int last = std::min(left + columns, room);
+        if (first >= last)
+            return;
+        const int fresh = std::clamp(written, first, last);
+        from += first - left;
         unsigned char* to = out;
-        for (int row = 0; row < fHeight; ++row, from += fStripWidth, to += rowStride)
-            std::memcpy(to, from, static_cast<std::size_t>(columns));
-        out += columns;
-        room -= columns;
+        for (int row = 0; row < fHeight; ++row, from += fromStride, to += rowStride) {
+            for (int x = first; x < fresh; ++x)
+                to[x] = over(from[x - first], to[x]);
+            std::memcpy(to + fresh, from + (fresh - first), static_cast<std::size_t>(last - fresh));
+        }
+        written = std::max(written, last);
+    };
+    int x = 0;
+    for (const char* c = text.asChar(); c != end && x < room; ++c) {
+        const auto code = static_cast<unsigned char>(*c);
+        const int width = fWidths[code];
+        const Spill& spill = strip.fSpills[code];
+        if (spill.fLeft > 0)
+            put(spill.fLeftPixels.data(), spill.fLeft, x - spill.fLeft, spill.fLeft);
+        put(strip.fPixels.get() + fOffsets[code], fStripWidth, x, width);
+        if (spill.fRight > 0)
+            put(spill.fRightPixels.data(), spill.fRight, x + width, spill.fRight);
+        x += width;
     }
     return true;
 }
@@ -224,11 +255,41 @@ bool QlirnFontRaster::drawTextImage(const QString& text, int width, bool smooth,
     return true;
 }
 
+void QlirnFontRaster::findSpill(unsigned char code, bool smooth, Spill& spill) const
+{
+    const int margin = std::max(2, fHeight / 2);
+    const int width = fWidths[code];
+    const int stride = width + 2 * margin;
+    std::vector<unsigned char> image(static_cast<std::size_t>(stride) * static_cast<std::size_t>(fHeight));
+    if (!drawTextImage(QString(QChar(code)), stride, smooth, image.data(), stride))
+        return;
+    const auto isEmpty = [&](int x) {
+        for (std::size_t at = static_cast<std::size_t>(x); at < image.size(); at += static_cast<std::size_t>(stride)) {
+            if (image[at] != 0)
+                return false;
+        }
+        return true;
+    };
+    const auto columns = [&](int left, int count) {
+        std::vector<unsigned char> pixels;
+        for (auto row = image.begin() + left; count > 0 && pixels.size() < std::size_t(count) * std::size_t(fHeight);
+             row += stride)
+            pixels.insert(pixels.end(), row, row + count);
+        return pixels;
+    };
+    while (spill.fLeft < margin && !isEmpty(margin - 1 - spill.fLeft))
+        ++spill.fLeft;
+    while (spill.fRight < margin && !isEmpty(margin + width + spill.fRight))
+        ++spill.fRight;
+    spill.fLeftPixels = columns(margin - spill.fLeft, spill.fLeft);
+    spill.fRightPixels = columns(margin + width, spill.fRight);
+}
+
 bool QlirnFontRaster::buildAsciiBitmap(bool smooth)
 {
     if (!fFont || !fMetrics)
         return false;
-    std::unique_ptr<unsigned char[]>& strip = smooth ? fSmoothStrip : fMonoStrip;
+    std::unique_ptr<Strip>& strip = smooth ? fSmoothStrip : fMonoStrip;
     if (strip)
         return true;
     if (fStripWidth == 0) {
@@ -239,13 +300,17 @@ bool QlirnFontRaster::buildAsciiBitmap(bool smooth)
         }
     }
     const std::size_t size = static_cast<std::size_t>(fStripWidth) * static_cast<std::size_t>(fHeight);
-    strip.reset(new (std::nothrow) unsigned char[size]());
-    if (!strip)
+    auto made = std::make_unique<Strip>();
+    made->fPixels.reset(new (std::nothrow) unsigned char[size]());
+    if (!made->fPixels)
         return false;
     fMemory += static_cast<std::int64_t>(size);
     for (int c = 1; c < kCharacters; ++c) {
-        if (fWidths[c] > 0)
-            drawTextImage(QString(QChar(c)), fWidths[c], smooth, strip.get() + fOffsets[c], fStripWidth);
+        if (fWidths[c] <= 0)
+            continue;
+        drawTextImage(QString(QChar(c)), fWidths[c], smooth, made->fPixels.get() + fOffsets[c], fStripWidth);
+        findSpill(static_cast<unsigned char>(c), smooth, made->fSpills[c]);
     }
+    strip = std::move(made);
     return true;
 }

@@ -6,6 +6,7 @@
 
 #include <cstdint>
 #include <memory>
+#include <vector>
 
 class QFont;
 class QFontMetrics;
@@ -19,8 +20,8 @@ class QString;
  * They are getHeight rows, each the caller's stride of bytes apart. Smooth images have coverage from 0 to 255, the others
  * 0 or 255.
  *
- * The characters 1 to 127 are drawn once, into a strip that text without slant and lines is put together from. Characters
- * stand whole pixels apart, without kerning, so that this gives the same bytes as drawing the text.
+ * The characters 1 to 127 are drawn once, into a strip that text without slant and lines is put together from: printable
+ * text gives the same bytes as drawing it whole. Characters stand whole pixels apart, without kerning and ligatures.
  *
  * Text is UTF-8. Without an application object (QGuiApplication) there is no font, and nothing is drawn.
  */
@@ -74,7 +75,7 @@ public:
     /** The family that Qt had for the one asked for. */
     const Tstring& getActualFamily() const { return fActualFamily; }
     int getActualPixelSize() const { return fActualPixelSize; }
-    /** Bytes that the strips take. */
+    /** Bytes that the strips take, rows times columns. */
     std::int64_t getMemoryUsage() const { return fMemory; }
 
     /** Every family of the font data base, in place of what @p out held; returns how many. */
@@ -104,16 +105,31 @@ private:
     enum : unsigned { kInclineShift = 0, kLineShift = 2, kWeightShift = 4, kStretchShift = 11 };
     static constexpr int kCharacters = 128;
 
+    /** What of a character lies outside its own columns, left and right of them. */
+    struct Spill
+    {
+        int fLeft = 0;  ///< columns
+        int fRight = 0; ///< columns
+        std::vector<unsigned char> fLeftPixels;
+        std::vector<unsigned char> fRightPixels;
+    };
+    struct Strip
+    {
+        std::unique_ptr<unsigned char[]> fPixels;
+        Spill fSpills[kCharacters];
+    };
+
     void fontChanged();
     bool usesStrip(const Tstring& text) const;
+    void findSpill(unsigned char code, bool smooth, Spill& spill) const;
 
     std::unique_ptr<QFont> fFont; ///< null without an application object
     std::unique_ptr<QFontMetrics> fMetrics;
     Tstring fActualFamily;
     int fActualPixelSize = 0;
     int fHeight = 0;
-    std::unique_ptr<unsigned char[]> fSmoothStrip;
-    std::unique_ptr<unsigned char[]> fMonoStrip;
+    std::unique_ptr<Strip> fSmoothStrip;
+    std::unique_ptr<Strip> fMonoStrip;
     int fStripWidth = 0;
     int fWidths[kCharacters] = {};
     int fOffsets[kCharacters] = {};

@@ -14,6 +14,9 @@
  * A frame of solids is a clear, the solids and glFinish. The raw lists hold the same geometry, and both sides have to
  * draw the same picture before they are timed; nothing is lit, the depth test is on. The UV quads are outlines sent in
  * immediate mode on both sides.
+ * A frame of labels is a clear, the labels and glFinish, and the raw side places them by glRasterPos. In the row beside
+ * Qt, "raw GL" is QGLWidget::renderText. A label image comes from the strip of a QlirnFontRaster, on the other side from
+ * QPainter.
  *
  *     portbench [--json FILE] [--filter TEXT]
  *
@@ -39,6 +42,7 @@
 #include "RawWindow.h"
 #include "SolidField.h"
 #include "UvLayout.h"
+#include "Text.h"
 #include "foundation/T4dDblVector.h"
 #include "foundation/Tquaternion.h"
 
@@ -155,7 +159,9 @@ bool Bench::run()
     const bool sameSolids = solids(); // first, before a port has drawn a solid
     const bool samePicks = addPickingRow(
         fFilter, *fPorts[0], [this] { bindPort(); }, *fRawWindows[0], fRows);
-    return uvLayout() && sameSolids && samePicks;
+    const bool sameText = addTextRows(
+        fFilter, *fPorts[0], [this] { bindPort(); }, *fRawWindows[0], fDisplay, fRows);
+    return uvLayout() && sameSolids && samePicks && sameText;
 }
 
 bool Bench::isWanted(const char* name) const

@@ -2,9 +2,11 @@
 
 #include "Graphics/3dPort/T3dPort.h"
 #include "Graphics/3dPort/TglLight.h"
+#include "Graphics/glResources/TglBitmap.h"
 #include "Graphics/glResources/TglPolyStipple.h"
 #include "Graphics/glResources/TgluNurbsObject.h"
 #include "TsavedState.h"
+#include "foundation/T2Int32.h"
 #include "foundation/T4dDblPoint.h"
 #include "foundation/Tangle.h"
 
@@ -158,6 +160,38 @@ template <const TglPolyStipple& stipple> void drawPolygonStipple(T3dPort& port)
     drawPolygonStipple(port, stipple);
 }
 
+// Text and markers
+
+template <T3dPort::TtextPos pos, bool box> void drawText(T3dPort& port)
+{
+    constexpr TportColor kLine(0.5f, 0.52f, 0.55f);
+    constexpr TportColor kPaper(0.12f, 0.25f, 0.36f);
+    const TportColor colour = port.glContextRecord()->fColor;
+    const T2Int32 size{70, 24};
+    const char* const labels[] = {"vase", "front", "12.5 cm"};
+    // The point in x lies on the line.
+    port.color(kLine);
+    port.line(0, -1.3f, 0, 1.3f);
+    port.color(colour);
+    double y = 0.65;
+    for (const char* label : labels) {
+        port.text({0, y, 0}, label, pos, box ? &size : nullptr, box ? kPaper : kCtransparent);
+        y -= 0.75;
+    }
+}
+
+void drawMarkers(T3dPort& port)
+{
+    const TglBitmap* const markers[] = {&TglBitmap::kSquare,       &TglBitmap::kFilledSquare,
+                                        &TglBitmap::kCircle,       &TglBitmap::kFilledCircle,
+                                        &TglBitmap::kDiamond,      &TglBitmap::kFilledDiamond};
+    constexpr double kStep = 0.28;
+    for (int i = 0; i < 6; ++i) {
+        for (int j = 0; j < 9; ++j)
+            port.bitmap(T4dDblPoint((j - 4) * kStep, (2.5 - i) * 0.4, 0), markers[i]);
+    }
+}
+
 // Light and surfaces
 
 /** A floor of small squares, for lights that fall off are worked out at corners only. */
@@ -282,6 +316,7 @@ const std::vector<TgalleryItem>& TgalleryItem::all()
     static const char kSolids[] = "Solids";
     static const char kLines[] = "Line stipples";
     static const char kPolygons[] = "Polygon stipples";
+    static const char kText[] = "Text and markers";
     static const char kLight[] = "Light and surfaces";
     static const std::vector<TgalleryItem> items{
         {kShapes, "points", kFlat, drawPoints},
@@ -322,6 +357,13 @@ const std::vector<TgalleryItem>& TgalleryItem::all()
         {kPolygons, "polygon-halftone", kStipple, drawPolygonStipple<TglPolyStipple::kHalftone>},
         {kPolygons, "polygon-75-percent", kStipple, drawPolygonStipple<TglPolyStipple::k75Percent>},
         {kPolygons, "polygon-slash", kStipple, drawPolygonStipple<TglPolyStipple::kSlash>},
+        {kText, "text-left", kStipple, drawText<T3dPort::kLeft, false>},
+        {kText, "text-left-box", kStipple, drawText<T3dPort::kLeft, true>},
+        {kText, "text-center", kStipple, drawText<T3dPort::kCenter, false>},
+        {kText, "text-center-box", kStipple, drawText<T3dPort::kCenter, true>},
+        {kText, "text-right", kStipple, drawText<T3dPort::kRight, false>},
+        {kText, "text-right-box", kStipple, drawText<T3dPort::kRight, true>},
+        {kText, "markers", kStipple, drawMarkers},
         {kLight, "light-directional", kLit, drawLightOnFloor<TglLight::kDirectional>},
         {kLight, "light-point", kLit, drawLightOnFloor<TglLight::kPoint>},
         {kLight, "light-spot", kLit, drawLightOnFloor<TglLight::kSpot>},

@@ -26,8 +26,8 @@ QString fromUtf8(const Tstring& text)
 /** Coverage laid over coverage, as Qt's painter rounds it. */
 unsigned char over(unsigned char source, unsigned char destination)
 {
-    const unsigned sum = 255u * source + (255u - source) * destination;
-    return static_cast<unsigned char>((sum + (sum >> 8) + 0x80) >> 8);
+    const unsigned rest = (255u - source) * destination;
+    return static_cast<unsigned char>(source + ((rest + (rest >> 8) + 0x80) >> 8));
 }
 
 Tstring toTstring(const QString& text)
@@ -257,7 +257,7 @@ bool QlirnFontRaster::drawTextImage(const QString& text, int width, bool smooth,
 
 void QlirnFontRaster::findSpill(unsigned char code, bool smooth, Spill& spill) const
 {
-    const int margin = std::max(2, fHeight / 2);
+    const int margin = 4 * fHeight; // hinting of very small sizes leaves long streaks
     const int width = fWidths[code];
     const int stride = width + 2 * margin;
     std::vector<unsigned char> image(static_cast<std::size_t>(stride) * static_cast<std::size_t>(fHeight));
@@ -277,10 +277,12 @@ void QlirnFontRaster::findSpill(unsigned char code, bool smooth, Spill& spill) c
             pixels.insert(pixels.end(), row, row + count);
         return pixels;
     };
-    while (spill.fLeft < margin && !isEmpty(margin - 1 - spill.fLeft))
-        ++spill.fLeft;
-    while (spill.fRight < margin && !isEmpty(margin + width + spill.fRight))
-        ++spill.fRight;
+    // From outside inwards: there may be gaps.
+    spill.fLeft = spill.fRight = margin;
+    while (spill.fLeft > 0 && isEmpty(margin - spill.fLeft))
+        --spill.fLeft;
+    while (spill.fRight > 0 && isEmpty(margin + width + spill.fRight - 1))
+        --spill.fRight;
     spill.fLeftPixels = columns(margin - spill.fLeft, spill.fLeft);
     spill.fRightPixels = columns(margin + width, spill.fRight);
 }

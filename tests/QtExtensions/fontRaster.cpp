@@ -7,6 +7,7 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <numeric>
 #include <vector>
 
@@ -38,17 +39,65 @@ TEST(FontRasterWithoutX, StripGivesTheBytesOfTheWholeText)
         all += c;
     const char* const texts[] = {all.c_str(), "office fluffy AVAToT", "jj//__TTffrr|||", " a ", "jW", "The quick brown fox"};
     for (const char* family : {"DejaVu Sans", "DejaVu Serif", "DejaVu Sans Mono"})
-        for (int size : {7, 12, 13, 31})
+        for (int size : {6, 7, 12, 16, 31})
             for (int weight : {50, 75})
-                for (int stretch : {0, 75, 100, 150})
+                for (int stretch : {0, 50, 150})
+                {
+                    Raster raster(family, size, Raster::style(0, 0, weight, stretch));
                     for (bool smooth : {true, false})
                         for (const char* text : texts) {
-                            Raster raster(family, size, Raster::style(0, 0, weight, stretch));
                             const Bytes strip = image(raster, text, smooth, false);
                             ASSERT_EQ(strip, image(raster, text, smooth, true))
                                 << family << ' ' << size << ' ' << weight << ' ' << stretch << ' ' << smooth << ' ' << text;
                             ASSERT_GT(std::accumulate(strip.begin(), strip.end(), 0), 0);
                         }
+                }
+}
+
+TEST(FontRasterWithoutX, SlantLinesAndOtherCharactersAreDrawnWhole)
+{
+    const Raster::Style styles[] = {Raster::style(1), Raster::style(2), Raster::style(0, 1), Raster::style(0, 2),
+                                    Raster::style(0, 3)};
+    for (const Raster::Style style : styles) {
+        Raster raster("DejaVu Sans", 14, style);
+        EXPECT_EQ(raster.isItalic(), style == styles[0] || style == styles[1]);
+        EXPECT_EQ(raster.hasLine(), !raster.isItalic());
+        EXPECT_EQ(image(raster, "fjord", true, false), image(raster, "fjord", true, true));
+        EXPECT_EQ(raster.getMemoryUsage(), 0) << "the strip was made";
+        raster.setIncline(0);
+        raster.setLine(0);
+        image(raster, "a\xc3\xa4\xe2\x82\xac", true, false);
+        EXPECT_EQ(raster.getMemoryUsage(), 0);
+        image(raster, "plain", true, false);
+        const std::int64_t once = raster.getMemoryUsage();
+        EXPECT_GT(once, 0);
+        image(raster, "plain", false, false);
+        EXPECT_EQ(raster.getMemoryUsage(), 2 * once);
+        raster.setWeight(75);
+        EXPECT_TRUE(raster.isBold());
+        EXPECT_EQ(raster.getMemoryUsage(), 0) << "a strip of another font was kept";
+    }
+}
+
+TEST(FontRasterWithoutX, RowsEndAtTheStrideAndOddTextsAreSafe)
+{
+    EXPECT_EQ(Raster("no such family", -5, Raster::defaultStyle()).getActualPixelSize(), 1);
+    Raster mono("DejaVu Sans Mono", 12, Raster::defaultStyle());
+    EXPECT_EQ(mono.getActualFamily(), "DejaVu Sans Mono");
+    const int width = mono.getWidth("a");
+    const Bytes cut = image(mono, "ab", true, width, false);
+    EXPECT_EQ(cut, image(mono, "a", true, width, false));
+    unsigned char none = kUntouched;
+    EXPECT_TRUE(mono.getTextImage("abc", true, &none, 0));
+    EXPECT_TRUE(mono.getTextImage("\xc3\xa4", true, &none, -7));
+    EXPECT_EQ(none, kUntouched);
+    EXPECT_FALSE(mono.getTextImage("abc", true, nullptr, 100));
+    EXPECT_EQ(mono.getWidth(std::string(100000, 'x')), 100000 * width);
+    EXPECT_GT(mono.getWidth("\xff\xfe"), 0);
+    TstringArray families;
+    const int count = Raster::getFontList(families);
+    EXPECT_EQ(count, int(families.length()));
+    EXPECT_GE(families.find("DejaVu Sans"), 0);
 }
 
 } // namespace

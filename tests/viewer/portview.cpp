@@ -163,7 +163,7 @@ TEST_F(Portview, GalleryHasAPictureOfEverything)
         "points lines rect-wire rect-filled circle-wire circle-filled arc-wire arc-filled box-wire box-filled "
         "cone-wire cone-filled cone-outlined sphere-wire sphere-filled cylinder-wire cylinder-filled cylinder-capped "
         "ring octahedron-wire octahedron-filled tetrahedron-wire tetrahedron-filled line-dashed polygon-halftone "
-        "light-spot lit-scene nurbs-patch gallery");
+        "text-center-box markers light-spot lit-scene nurbs-patch gallery");
     const QStringList files = QDir(folder).entryList({QStringLiteral("*.png")});
     for (const QString& name : expected.split(QLatin1Char(' ')))
         EXPECT_TRUE(files.contains(name + QStringLiteral(".png"))) << name.toStdString();

@@ -18,6 +18,8 @@ namespace {
 // As in the pixel space of the viewport: off the edges where rasterization rules differ.
 constexpr float kPixelCentre = 0.375f;
 constexpr double kMappingNoise = 1e-9;
+// The bits of a bitmap without pixels. With a null pointer Mesa reports GL_OUT_OF_MEMORY while a list is compiled.
+constexpr GLubyte kNoBits[1] = {};
 
 /** The integer of 16 bits next to a whole number. */
 short toShort(double value)
@@ -127,7 +129,7 @@ void T3dPort::text(const T4dDblPoint& where, const char* text, TtextPos pos, con
     glTranslatef(kPixelCentre, kPixelCentre, 0);
     // A raster position outside the viewport is none. One inside may be moved out of it, by a bitmap without pixels.
     glRasterPos3f(view.left, view.bottom, static_cast<float>(std::clamp(at.z, -2.0, 2.0)));
-    glBitmap(0, 0, 0, 0, static_cast<float>(x - view.left), static_cast<float>(y - view.bottom), nullptr);
+    glBitmap(0, 0, 0, 0, static_cast<float>(x - view.left), static_cast<float>(y - view.bottom), kNoBits);
     sendMatrixMode(GL_PROJECTION);
     glPopMatrix();
     sendMatrixMode(GL_MODELVIEW);
@@ -153,9 +155,9 @@ void T3dPort::drawBitmap(const TglBitmap& bm)
     if (made)
         glNewList(made->first(), GL_COMPILE_AND_EXECUTE);
     glPixelStorei(GL_UNPACK_ALIGNMENT, 2);
-    const bool isEmpty = !bm.fBits;
-    glBitmap(isEmpty ? 0 : static_cast<GLsizei>(bm.fWidth), isEmpty ? 0 : static_cast<GLsizei>(bm.fHeight),
-             static_cast<float>(bm.fXorig), static_cast<float>(bm.fYorig), 0, 0, bm.fBits.get());
+    const GLubyte* const bits = bm.fBits.get();
+    glBitmap(bits ? static_cast<GLsizei>(bm.fWidth) : 0, bits ? static_cast<GLsizei>(bm.fHeight) : 0,
+             static_cast<float>(bm.fXorig), static_cast<float>(bm.fYorig), 0, 0, bits ? bits : kNoBits);
     if (made) {
         bm.fBits.reset();
         glEndList();

@@ -28,8 +28,7 @@ const char* const kFilledDiamondRows[] = {"  .  ", " ... ", ".....", " ... ", " 
 
 void report(const char* what, const Tstring& path, const char* name)
 {
-    if (TerrorHandler::current())
-        TerrorHandler::report(TerrorHandler::kError, Tstring(what) + path + "/" + name);
+    TerrorHandler::report(TerrorHandler::kError, Tstring(what) + path + "/" + name);
 }
 
 TmtCriticalSection& loading()

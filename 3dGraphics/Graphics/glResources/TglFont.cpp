@@ -129,8 +129,7 @@ void TglFont::TglFontRef::buildFont(void* display)
         const TstringArray pieces = fName.split('-');
         const Tstring family = pieces.length() > kFamilyPiece ? pieces[kFamilyPiece] : Tstring();
         if (family.isEmpty() || !loaded.load(Tstring::tFormat(fsPattern, family, kProbeSize))) {
-            if (TerrorHandler::current())
-                TerrorHandler::report(TerrorHandler::kError, "Failed trying to load font : " + fName);
+            TerrorHandler::report(TerrorHandler::kError, "Failed trying to load font : " + fName);
             return;
         }
         loaded.unload();

@@ -40,9 +40,10 @@
 #include "Mapping.h"
 #include "Picking.h"
 #include "RawWindow.h"
+#include "ReadBack.h"
 #include "SolidField.h"
-#include "UvLayout.h"
 #include "Text.h"
+#include "UvLayout.h"
 #include "foundation/T4dDblVector.h"
 #include "foundation/Tquaternion.h"
 
@@ -161,7 +162,8 @@ bool Bench::run()
         fFilter, *fPorts[0], [this] { bindPort(); }, *fRawWindows[0], fRows);
     const bool sameText = addTextRows(
         fFilter, *fPorts[0], [this] { bindPort(); }, *fRawWindows[0], fDisplay, fRows);
-    return uvLayout() && sameSolids && samePicks && sameText;
+    const bool samePixels = addReadBackRow(fFilter, fDisplay, fRawHost, fRawWindows[0].get(), fRows);
+    return uvLayout() && sameSolids && samePicks && sameText && samePixels;
 }
 
 bool Bench::isWanted(const char* name) const

@@ -6,7 +6,20 @@
 #include <QGLWidget>
 #include <QSize>
 
+#include "Graphics/3dPort/T3dPort.h"
+
 #include <cstdio>
+
+namespace {
+
+/** Qt tries sizes that cannot be had, which leaves OpenGL errors, and takes pixel buffers of such a size for valid. */
+bool canBeHad(const QSize& size)
+{
+    const int most = T3dPort::fsMaxTextureSize;
+    return !size.isEmpty() && (most == 0 || (size.width() <= most && size.height() <= most));
+}
+
+} // namespace
 
 QlirnGLRenderTarget::QlirnGLRenderTarget(bool debug) : fFormat(QGLFormat::defaultFormat()), fDebug(debug)
 {
@@ -27,9 +40,13 @@ bool QlirnGLRenderTarget::create(const QSize& size, const QGLFormat* format, QGL
     fWidth = size.width();
     fHeight = size.height();
     bool valid = false;
-    if (format) {
+    if (format)
         fFormat = *format;
+    if (!canBeHad(size)) {
+        // Nothing is made.
+    } else if (format) {
         fPixelBuffer = new QGLPixelBuffer(size, *format, shareWidget);
+        T3dPort::nativeBindingMoved();
         valid = fPixelBuffer->isValid();
     } else if (QGLContext::currentContext()) { // Qt's object takes one for granted
         fFramebufferObject =
@@ -59,6 +76,8 @@ void QlirnGLRenderTarget::release()
 {
     if (fDebug)
         std::printf("Destroy QT target\n");
+    if (fPixelBuffer)
+        T3dPort::nativeBindingMoved();
     delete fPixelBuffer;
     fPixelBuffer = nullptr;
     delete fFramebufferObject;

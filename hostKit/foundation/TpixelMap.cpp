@@ -1,7 +1,6 @@
 #include "foundation/TpixelMap.h"
 
 #include <limits>
-#include <new>
 
 namespace {
 
@@ -18,22 +17,22 @@ bool TpixelMap::setSize(int width, int height)
 {
     fRect = TportRect();
     fPixels = nullptr;
-    fOwned.clear();
+    fOwned.reset();
     if (!isUsable(width, height))
         return false;
-    try {
-        fOwned.assign(static_cast<std::size_t>(width) * static_cast<std::size_t>(height) * kChannels, 0);
-    } catch (const std::bad_alloc&) {
+    // The zero pages of calloc take no memory before they are written to, however large the map.
+    fOwned.reset(static_cast<std::uint8_t*>(
+        std::calloc(static_cast<std::size_t>(width) * static_cast<std::size_t>(height), kChannels)));
+    if (!fOwned)
         return false;
-    }
-    fPixels = fOwned.data();
+    fPixels = fOwned.get();
     fRect = TportRect(0, 0, static_cast<short>(width), static_cast<short>(height));
     return true;
 }
 
 bool TpixelMap::wrap(void* pixels, int width, int height)
 {
-    fOwned.clear();
+    fOwned.reset();
     fPixels = nullptr;
     fRect = TportRect();
     if (!pixels || !isUsable(width, height))

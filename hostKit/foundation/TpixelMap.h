@@ -4,7 +4,8 @@
 
 #include <cstddef>
 #include <cstdint>
-#include <vector>
+#include <cstdlib>
+#include <memory>
 
 /**
  * A rectangle of pixels of four 8-bit channels, the bottom row first. It owns its pixels, or lends those of somebody else
@@ -37,8 +38,13 @@ public:
     void setRgba(bool rgba) { fRgba = rgba; }
 
 private:
+    struct Tfree
+    {
+        void operator()(std::uint8_t* pixels) const { std::free(pixels); }
+    };
+
     TportRect fRect;
-    std::vector<std::uint8_t> fOwned;
+    std::unique_ptr<std::uint8_t[], Tfree> fOwned;
     std::uint8_t* fPixels = nullptr;
     bool fRgba = false;
 };

@@ -185,6 +185,14 @@ public:
         kRight = 2 ///< ends there
     };
 
+    /** What copyPixels copies. */
+    enum TcopyMode : std::uint32_t {
+        kFrontToBack = 0,
+        kBackToFront = 1,
+        kAux0ToBack = 2,
+        kAux1ToBack = 3 ///< pixels of full alpha only
+    };
+
     enum TmaterialChannel : std::uint32_t {
         kMaterialAmbient = GL_AMBIENT,
         kMaterialDiffuse = GL_DIFFUSE,
@@ -238,6 +246,14 @@ public:
      *         a negative number with a buffer of the caller's
      */
     int endSelect() override;
+    /**
+     * Reads the port, from its window's corner, into @p map (see pixelMapGLRead), unhindered by scissor and leaving it as it
+     * was. Depth testing stays off afterwards, except while the backing store is used.
+     * @return true when @p map was read into; the number has no influence
+     */
+    bool pixelMapRead(TpixelMap& map, short) override;
+    /** Reads nothing and returns false: ports have no floating-point pixels. */
+    bool pixelMapRead(TgenericPixelMap<float>& map, TportRect area, PixelMapReadColorSpace space) override;
     /** Redraws if setDoUpdateOnMove is on. */
     void parentWindowMoveNotify() override;
     /** Takes the size of @p r, redraws on a change and calls resizeHook. Returns false. */
@@ -947,10 +963,114 @@ public:
     /** The extension part of getHardwareConfig, on the current context. */
     static void bindExtensions(bool coreProfile);
 
-    // Colour tables
+    // Pixel transfer. Maps and blocks have the bottom row first; positions are port pixels unless said otherwise. Nothing
+    // is done for an empty map or a port without a widget. Pixel store is as it was afterwards; the pixel zoom is taken
+    // into account and, but where it is set for flipping, as it was too. Drawing ends with glFlush.
+
+    /** glReadPixels of the size of @p map from (@p x, @p y) of the current context's read buffer. False for an empty map. */
+    bool pixelMapGLRead(TpixelMap& map, int x, int y) const;
+    /**
+     * glDrawPixels at (@p x, @p y) in the current coordinates (see pushOrtho2D) of the current context. With @p flip the
+     * first row is the top one, and (@p x, @p y) counts from the window position of the origin; the pixel zoom is 1 then.
+     */
+    void pixelMapGLWrite(const TpixelMap& map, int x, int y, bool flip) const;
+    using Tcontrol::pixelMapRead;
+    /** Reads @p area, as far as it fits, into the lower left corner of @p map. Otherwise as the form without area. */
+    bool pixelMapRead(TpixelMap& map, short, TportRect& area);
+    /** Draws with the lower left corner at @p p of the current coordinates; not at all if that is clipped. */
+    void pixelMapDraw(const T4dDblPoint& p, const TpixelMap& map, bool);
+    /**
+     * Draws at port pixel (p.x, p.y), which may be outside of what is seen. p.z is the depth, from -1 (farthest) to 1
+     * (nearest), at which the pixels are tested if depth testing is on.
+     */
+    void pixelMapDrawClipped(const T4dDblPoint& p, const TpixelMap& map);
+    /**
+     * pixelMapGLWrite of the whole @p map at the corner of @p dst, without depth testing, if @p dst meets the port rectangle
+     * or equals @p src.
+     */
+    void pixelMapDraw(const TportRect& dst, const TpixelMap& map, const TportRect& src, bool flip);
+    void pixelMapDraw(short x, short y, const TpixelMap& map, bool flip);
+    void pixelMapDraw(const TportRect& dst, const TpixelMap& map, bool flip);
+    /** Draws at (@p x, @p y) of the current coordinates. */
+    void writePixelMap(const TpixelMap& map, float x, float y);
+    /** TglPixels::read from the window. */
+    void readPixels(TglPixels& block, short x, short y);
+    /** TglPixels::write in the current coordinates. */
+    void writePixels(const TglPixels& block, short x, short y);
+    /**
+     * Sizes @p map to the snapshot rectangle and reads that from the front buffer. False for a rectangle that is empty or
+     * begins left of the port or below it, and while drawing goes to an off-screen target.
+     */
+    bool snapShot(TpixelMap& map);
+    /** Notes the mode; an empty snapshot rectangle becomes 100 x 100 pixels in the middle of the port. */
+    void setSnapShotMode(bool on);
+    bool isSnapShotMode() const { return fSnapShotMode; }
+    void setSnapShotRect(const TportRect& r) { fSnapShotRect = r; }
+    const TportRect& snapShotRect() const { return fSnapShotRect; }
+    /**
+     * Copies the port's pixels from one colour buffer to another (glCopyPixels), or nothing if one of them does not exist.
+     * An unknown mode copies between the buffers selected. Afterwards dithering is on if fsGraphicsFlags has kDithering.
+     */
+    void copyPixels(TcopyMode mode);
+
+    // Backing store: the colours of the viewport, saved before an overlay is drawn and put back to erase it, without
+    // drawing the scene again.
+
+    /** Saves what the viewport shows. A store keeps the size it was made with, until it is discarded. */
+    void saveBackingStore();
+    /** Draws the saved pixels at the corner of the viewport. Leaves pixel zoom at 1 and the pixel transfer at its defaults. */
+    void restoreBackingStore();
+    /** Forgets what was saved. Every resize of the port and every doUpdate does. */
+    void discardBackingStore();
+    /** Depth testing is off while the mode is on. Its end discards the store and puts depth testing back. */
+    void setUseBackingStore(bool on);
+    bool isUsingBackingStore() const { return fUseBackingStore; }
+    bool isBackingSaved() const { return fBackingSaved; }
+
+    // Colour tables: kept for the whole process, by base index. The one of base 2048 is the model-view table.
 
     /** The table of the base index @p base; made when there is none, which @p created tells. */
     static TglColorTable* getColorTable(unsigned short base, bool& created);
+    static unsigned short getBaseColorIndexModelView() { return kModelViewColorBase; }
+    /** The first table of base 2048 that was made; null before that. */
+    static TglColorTable* getModelViewDefaultColorTable() { return fsModelViewDefaultColorTable; }
+    /** The table in force for the base 2048, made if there is none. */
+    static TglColorTable* getModelViewColorTable();
+    /** Puts @p table, which stays the caller's, in the place of the one in force; nothing when there is none, or for null. */
+    static void setModelViewColorTable(TglColorTable* table);
+    /** Sets entry @p i of the model-view table, which grows if need be. */
+    static void setColorTable(unsigned short i, const TportColor& c);
+    /** Entry @p i of the model-view table; entry 1 outside it, black when there is no table or no entry. */
+    static TportColor colorTable(unsigned short i);
+
+    /** Puts a table in the place of the model-view table while it lives. Guards may be nested. */
+    class LIRN_3DGRAPHICS_EXPORT ColorTableGuard
+    {
+    public:
+        /** Takes @p table over, unless it is the default one. */
+        explicit ColorTableGuard(TglColorTable* table);
+        /** Puts the table before back, and deletes its own. */
+        ~ColorTableGuard();
+        ColorTableGuard(const ColorTableGuard&) = delete;
+        ColorTableGuard& operator=(const ColorTableGuard&) = delete;
+
+    private:
+        TglColorTable* fTable;
+        TglColorTable* fFormer;
+    };
+    /** The default table in force. */
+    static std::unique_ptr<ColorTableGuard> pushModelViewColorTable();
+    /** A copy of the default table's colours in force, which may be changed and is forgotten with the guard. */
+    static std::unique_ptr<ColorTableGuard> pushCopyModelViewColorTable();
+
+    /** Index of @p c in the model-view table, in the plane of the index buffer drawn into; 0 without a table. */
+    short getColorIndex(const TportColor& c) const;
+    /** Makes entry @p i of the plane of index buffer 1 the current colour. */
+    void colorIndexActive(short i);
+    /** Makes entry @p i of the plane of the index buffer drawn into the current colour. */
+    void colorIndexRelative(short i);
+    /** Index of a marquee that shows on @p c: 2 (dark) when its brightness is above a quarter, else 3 (light). */
+    static short getMarqueeColor(const TportColor& c);
 
     // Class-wide state
 
@@ -1015,7 +1135,16 @@ private:
     void primeTwoSidedLighting();
     void primePolygonOffset();
     void queryStereo();
-    void discardBackingStore();
+    void sendColorIndex(TglColorTable* table, int index);
+    TglColorTable* activeColorTable() const;
+    bool isDepthTestOn() const;
+    bool isDitheringOn() const;
+    /** Cached GL_DITHER. */
+    void dithering(bool on);
+    bool readPixelMap(TpixelMap& map, const TportRect* area);
+    void drawPixelMap(const TportRect& dst, const TpixelMap& map, bool isSeen, bool flip);
+    /** Pixel space of the viewport, with the raster position at port pixel (@p x, @p y), seen or not; popOrtho2D ends it. */
+    void pushRasterPosition(double x, double y, double z);
 
     void colorChanged(const TportColor& c);
     void setColorWithAlpha(const TportColor& c);
@@ -1154,6 +1283,7 @@ private:
     bool fNoPolygonOffset = false;
     bool fNoSwap = false;
     bool fUpdateOnMove = false;
+    bool fDepthTestFound = false; ///< when the backing store mode began
 
 public:
     T3dPortGeometryStats* fGeometryStats = nullptr; ///< attached and owned by the host
@@ -1171,6 +1301,7 @@ private:
     static TglContextPtrArray& fsAllContexts;
     static TglColorTablePtrArray& fsAllColorTables;
     static TglColorTable* fsModelViewDefaultColorTable;
+    static Tarray<ColorTableGuard*>& fsColorTableGuards; ///< those that live
     static T3dPort* fsCurrentPort;
     static T3dPort* fsTrustedPort;     ///< the current port until something else switches contexts; null from then on
     static const void* fsBoundContext; ///< the native context bound, as far as known

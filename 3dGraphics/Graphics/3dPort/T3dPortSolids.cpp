@@ -626,12 +626,12 @@ void T3dPort::tetrahedron(const T4dDblPoint& centre, float size, bool filled)
 void T3dPort::outline_cone(short colorIndex)
 {
     setCurrentContext();
-    drawOutlineCone(*this, fContext, fActiveColorTable, colorIndex);
+    drawOutlineCone(*this, fContext, activeColorTable(), colorIndex);
 }
 
 void T3dPort::outline_cone(const T4dDblPoint& centre, float radius, float height, short colorIndex)
 {
     setCurrentContext();
     drawPlaced(centre, radius, radius, height,
-               [&] { drawOutlineCone(*this, fContext, fActiveColorTable, colorIndex); });
+               [&] { drawOutlineCone(*this, fContext, activeColorTable(), colorIndex); });
 }

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "Export.h"
+#include "Graphics/glResources/TglColorTable.h"
 #include "Graphics/glResources/TglLineStipple.h"
 #include "Graphics/glResources/TglTextureUnits.h"
 #include "foundation/TbitFieldFixedN.h"
@@ -10,16 +11,11 @@
 
 #include <cstdint>
 
-class TglColorTable;
-
 /**
  * The kind of context a port asks for, made by T3dPort::getContextType from the wanted buffers. The codes have no
  * names: each stands for a combination of capability bits (TglContext::fDirtyBits).
  */
 using TcontextType = std::uint32_t;
-
-/** The colour-index planes drawn into: 4, 2 or 1 for one plane, 7 for the whole table. */
-using TindexBuffer = std::uint32_t;
 
 /**
  * The record of what was last sent to one OpenGL context. A setter compares with it and calls OpenGL only on a

@@ -1,0 +1,3 @@
+#include "graphicsResources/TrenderTarget.h"
+
+TrenderTarget::~TrenderTarget() = default;

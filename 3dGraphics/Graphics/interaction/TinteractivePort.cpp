@@ -126,5 +126,5 @@ void TinteractivePort::attachHandlers(ThandlerBlock& block)
 void TinteractivePort::detachHandlers()
 {
     ThandlerBlock none;
-    attachHandlers(none);
+    TinteractivePort::attachHandlers(none); // not a subclass's, which may begin with detaching
 }

@@ -5,6 +5,7 @@
 #include <GL/gl.h>
 
 #include <algorithm>
+#include <memory>
 #include <utility>
 
 TportColor TuvCache::gUVCacheLineColor(1, 1, 1, 1);
@@ -27,14 +28,16 @@ template <class Array> void deleteArray(const Array*& array, bool owned)
 
 template <class Array> void setArray(const Array*& array, const Array& from, bool owned)
 {
+    if (array == &from)
+        return;
     if (!owned) {
         array = &from;
         return;
     }
-    auto* copy = new Array(kCapacity);
-    *copy = from; // before the old one goes, which it may be
+    auto copy = std::make_unique<Array>(kCapacity);
+    *copy = from;
     delete array;
-    array = copy;
+    array = copy.release();
 }
 
 template <class Array> void clearArray(const Array* array, bool owned)
@@ -71,13 +74,19 @@ TuvCache& TuvCache::operator=(const TuvCache& other)
 {
     if (this == &other)
         return *this;
-    deletePoints();
-    deleteIndices();
-    fOwnsData = other.fOwnsData;
+    if (!isOwnerFor(other)) {
+        deletePoints();
+        deleteIndices();
+        fOwnsData = other.fOwnsData;
+    }
     if (other.fPoints)
         setPoints(*other.fPoints);
+    else
+        deletePoints();
     if (other.fIndices)
         setIndices(*other.fIndices);
+    else
+        deleteIndices();
     fEdgeFlags = other.fEdgeFlags;
     fPolygonType = other.fPolygonType;
     fHostFlag = other.fHostFlag;
@@ -86,15 +95,26 @@ TuvCache& TuvCache::operator=(const TuvCache& other)
 
 TuvCache& TuvCache::operator=(TuvCache&& other) noexcept
 {
+    if (this == &other)
+        return *this;
+    if (isOwnerFor(other)) {
+        *this = std::as_const(other);
+        other.reset();
+        return *this;
+    }
     std::swap(fPolygonType, other.fPolygonType);
     std::swap(fIndices, other.fIndices);
     std::swap(fPoints, other.fPoints);
     std::swap(fEdgeFlags, other.fEdgeFlags);
     std::swap(fOwnsData, other.fOwnsData);
     std::swap(fHostFlag, other.fHostFlag);
-    if (this != &other)
-        other.reset();
+    other.reset();
     return *this;
+}
+
+bool TuvCache::isOwnerFor(const TuvCache& other) const
+{
+    return fOwnsData && ((fPoints && fPoints == other.fPoints) || (fIndices && fIndices == other.fIndices));
 }
 
 bool TuvCache::operator==(const TuvCache& other) const
@@ -170,7 +190,7 @@ void TuvCache::drawPolygons(T3dPort& port) const
     const bool quads = fPolygonType == kQuads;
     const std::size_t corners = quads ? 4 : 3;
     const std::size_t available = fPoints->length();
-    if (fIndices->length() < kMinCorners || available < corners)
+    if (fIndices->length() < kMinCorners || available < kMinCorners)
         return;
     const std::size_t polygons = std::min(fIndices->length() / corners, available / corners);
 

@@ -42,7 +42,10 @@ public:
     TuvCache(TuvCache&& other) noexcept;
     virtual ~TuvCache();
 
-    /** Takes ownership, arrays, flags and polygon type as @p other has them: copies its arrays or refers to them too. */
+    /**
+     * Takes ownership, arrays, flags and polygon type as @p other has them: copies its arrays or refers to them too. A
+     * cache that owns an array which @p other refers to keeps it and stays an owner, so that neither is left without.
+     */
     TuvCache& operator=(const TuvCache& other);
     TuvCache& operator=(TuvCache&& other) noexcept;
 
@@ -101,6 +104,7 @@ public:
     static float gUVCacheBorderEdgeSize;   ///< for the host, 2
 
 private:
+    bool isOwnerFor(const TuvCache& other) const;
     void drawPolygons(T3dPort& port) const;
     void drawArray(T3dPort& port) const;
 

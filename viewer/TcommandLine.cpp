@@ -53,7 +53,10 @@ TcommandLine TcommandLine::parse(const QStringList& arguments)
     const QCommandLineOption views(QStringLiteral("views"), QStringLiteral("Start with one view or four (one)."),
                                    QStringLiteral("one|four"));
     const QCommandLineOption uvs(QStringLiteral("uvs"), QStringLiteral("Start with the texture coordinates shown."));
-    parser.addOptions({snapshot, gallery, size, shading, ghosted, xray, edges, lamp, views, uvs});
+    const QCommandLineOption marks(QStringLiteral("marks"), QStringLiteral("Start with marks at the vertices."));
+    const QCommandLineOption labels(QStringLiteral("labels"), QStringLiteral("Start with the objects' names."));
+    const QCommandLineOption hud(QStringLiteral("hud"), QStringLiteral("Start with renderer, time and counts shown."));
+    parser.addOptions({snapshot, gallery, size, shading, ghosted, xray, edges, lamp, marks, labels, hud, views, uvs});
     for (const char* name : {"platform", "display", "style"}) {
         QCommandLineOption option(QString::fromLatin1(name), QString(), QStringLiteral("name"));
         option.setFlags(QCommandLineOption::HiddenFromHelp);
@@ -118,6 +121,9 @@ TcommandLine TcommandLine::parse(const QStringList& arguments)
     line.fStyle.fXray = parser.isSet(xray);
     line.fStyle.fEdges = parser.isSet(edges);
     line.fStyle.fLamp = parser.isSet(lamp);
+    line.fStyle.fMarks = parser.isSet(marks);
+    line.fStyle.fLabels = parser.isSet(labels);
+    line.fStyle.fHud = parser.isSet(hud);
 
     const QString wantedViews = parser.isSet(views) ? parser.value(views) : QStringLiteral("one");
     if (wantedViews == QLatin1String("four"))

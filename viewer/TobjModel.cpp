@@ -381,6 +381,16 @@ TobjModel::TobjModel(const Tmesh& mesh) : fCorners(mesh.fCorners), fFaceEnds(mes
     takeUvs(mesh);
 }
 
+std::vector<std::uint32_t> TobjModel::verticesOf(std::size_t object) const
+{
+    const Trange& faces = fObjects[object].fFaces;
+    std::vector<std::uint32_t> used(fCorners.begin() + static_cast<std::ptrdiff_t>(cornersOf(faces.fBegin).fBegin),
+                                    fCorners.begin() + static_cast<std::ptrdiff_t>(cornersOf(faces.fEnd - 1).fEnd));
+    std::sort(used.begin(), used.end());
+    used.erase(std::unique(used.begin(), used.end()), used.end());
+    return used;
+}
+
 std::size_t TobjModel::objectOf(std::size_t face) const
 {
     const auto after = std::upper_bound(fObjects.begin(), fObjects.end(), face, [](std::size_t wanted, const auto& object) {

@@ -119,6 +119,8 @@ public:
 
     /** At least one, each with faces. */
     const std::vector<Tobject>& objects() const { return fObjects; }
+    /** The vertices that an object's faces use, in ascending order. */
+    std::vector<std::uint32_t> verticesOf(std::size_t object) const;
     /** The object of a face. */
     std::size_t objectOf(std::size_t face) const;
     /** The entries of triangles() that fill a face; none for a face without area. */

@@ -69,7 +69,7 @@ void TselectTool::drag(Tview& view, const Tpoint& pixel)
     if (std::abs(pixel.x - fStart.x) > reach || std::abs(pixel.y - fStart.y) > reach)
         fGesture = kMarquee;
     if (fGesture == kMarquee)
-        view.update();
+        view.drawOver([this, &view] { drawMarquee(view); });
 }
 
 void TselectTool::release(Tview& view, const Tpoint& pixel)
@@ -85,6 +85,7 @@ void TselectTool::release(Tview& view, const Tpoint& pixel)
         pick(view, fStart);
     } else {
         fEnd = pixel;
+        view.endDrawingOver();
         TportRect region = marquee();
         view.loadCamera();
         view.port().clipSelectRect(region);
@@ -118,8 +119,13 @@ void TselectTool::draw(Tview& view)
     T3dPort& port = view.port();
     if (hasManipulator())
         TmoveManipulator::draw(port, manipulatorPlace(), view.pixelRatio(), fManipulator.grabbed());
+}
+
+void TselectTool::drawMarquee(Tview& view)
+{
     if (fView != &view || fGesture != kMarquee)
         return;
+    T3dPort& port = view.port();
     const TportRect r = marquee();
     port.pushOrtho2D();
     port.color(kMarqueeColour);

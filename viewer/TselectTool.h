@@ -32,8 +32,10 @@ public:
     void drag(Tview& view, const Tpoint& pixel);
     void release(Tview& view, const Tpoint& pixel);
 
-    /** Draws arrows and marquee; the port's matrices are the camera's. */
+    /** Draws the arrows; the port's matrices are the camera's. */
     void draw(Tview& view);
+    /** Draws the marquee, if one is being dragged in the view. */
+    void drawMarquee(Tview& view);
 
 private:
     enum Tgesture { kIdle, kClick, kMarquee, kMove };

@@ -3,14 +3,17 @@
 #include "Graphics/interaction/TinteractivePort.h"
 #include "QtExtensions/QlirnGLWidget.h"
 #include "TselectTool.h"
+#include "foundation/T4dDblPoint.h"
 #include "foundation/Tangle.h"
 #include "foundation/Tevent.h"
+#include "foundation/TpixelMap.h"
 #include "foundation/TresourceMap.h"
 #include "pictures.h"
 #include "ui/ThandlerBlock.h"
 #include "ui/Tpanel.h"
 #include "ui/TUIInventory.h"
 
+#include <QElapsedTimer>
 #include <QFontMetrics>
 #include <QPainter>
 #include <QPixmap>
@@ -18,6 +21,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <cstdio>
 
 namespace {
 
@@ -148,6 +152,19 @@ QImage Tview::picture(const QSize& size)
 
 void Tview::draw()
 {
+    QElapsedTimer timer;
+    timer.start();
+    drawScene();
+    // The view may have to be drawn anew while the marquee is dragged.
+    fTool.drawMarquee(*this);
+    fPort->swapBuffers();
+    fMilliseconds = double(timer.nsecsElapsed()) / 1e6;
+    if (fDrawnHook)
+        fDrawnHook();
+}
+
+void Tview::drawScene()
+{
     if (fFramePending) {
         fFramePending = false;
         T4dDblVector lower;
@@ -159,9 +176,61 @@ void Tview::draw()
     fStatistics.fTmeshes = 0;
     fScene.draw(*fPort, fCamera, fStyle, fLabel, pixelRatio());
     fTool.draw(*this);
+    if (fStyle.fHud)
+        drawHud();
+}
+
+void Tview::drawHud()
+{
+    constexpr TportColor kHudColour{0.80f, 0.84f, 0.88f};
+    constexpr int kLeft = 10;
+    constexpr int kLines = 3;
+    const char* renderer = T3dPort::graphicsHardwareString();
+    char lines[kLines][96];
+    std::snprintf(lines[0], sizeof lines[0], "%.90s", renderer ? renderer : "");
+    std::snprintf(lines[1], sizeof lines[1], "%.1f ms", fMilliseconds);
+    std::snprintf(lines[2], sizeof lines[2], "%u faces  %u edges  %u vertices", fStatistics.fFaces, fStatistics.fEdges,
+                  fStatistics.fVerts);
+    const int step = static_cast<int>(fPort->font().textHeight(T3dPort::getDisplay())) + 3;
+    fPort->depthTest(false);
+    fPort->pushOrtho2D();
+    fPort->color(kHudColour);
+    for (int i = 0; i < kLines; ++i) {
+        const int y = fPort->portRect().height() - (i + 1) * step - 6 - (fLabel.isNull() ? 0 : fLabel.height() + 6);
+        fPort->text(T4dDblPoint(kLeft, y, 0), lines[i], T3dPort::kLeft);
+    }
+    fPort->popOrtho2D();
+}
+
+void Tview::drawOver(const std::function<void()>& drawing)
+{
+    fPort->setCurrentContext();
+    if (fPort->isBackingSaved()) {
+        fPort->restoreBackingStore();
+    } else {
+        drawScene();
+        fPort->setUseBackingStore(true);
+        fPort->saveBackingStore();
+    }
+    drawing();
     fPort->swapBuffers();
-    if (fDrawnHook)
-        fDrawnHook();
+}
+
+void Tview::endDrawingOver()
+{
+    fPort->setUseBackingStore(false);
+}
+
+bool Tview::addShown(QImage& picture, const QPoint& at)
+{
+    TpixelMap map;
+    fPort->setSnapShotRect(fPort->portRect());
+    if (!fPort->snapShot(map))
+        return false;
+    const QImage shown(map.pixels(), map.width(), map.height(), static_cast<int>(map.rowBytes()),
+                       map.isRgba() ? QImage::Format_RGBX8888 : QImage::Format_RGB32);
+    QPainter(&picture).drawImage(at, shown.mirrored());
+    return true;
 }
 
 Tview::Tmotion Tview::motionOf(const Tevent& event)

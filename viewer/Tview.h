@@ -55,6 +55,14 @@ public:
     void frame();
     /** Asks for a repaint. */
     void update();
+    /**
+     * Shows the view with something drawn over it. The scene is drawn for the first time only; later ones put it back from
+     * the port's backing store, until endDrawingOver.
+     */
+    void drawOver(const std::function<void()>& drawing);
+    void endDrawingOver();
+    /** Adds what the view shows on the screen to @p picture, at @p at; false when the port can't tell. */
+    bool addShown(QImage& picture, const QPoint& at);
     /** The view drawn at @p size in device pixels, whatever the widget's; null on failure. */
     QImage picture(const QSize& size);
 
@@ -62,6 +70,8 @@ private:
     enum Tmotion { kNoMotion, kTumble, kTrack, kDolly, kTool };
 
     void draw();
+    void drawScene();
+    void drawHud();
     bool press(const Tevent& event);
     bool drag(const Tevent& event);
     bool release(const Tevent& event);
@@ -82,6 +92,7 @@ private:
     std::function<void(bool)> fPointerHook;
     std::function<void()> fDrawnHook;
     T3dPortGeometryStats fStatistics;
+    double fMilliseconds = 0; ///< that the last picture took
     TfunctionAction fDraw;
     TfunctionAction fPress;
     TfunctionAction fDrag;

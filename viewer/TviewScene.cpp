@@ -6,6 +6,7 @@
 #include "Graphics/glResources/TglPolyStipple.h"
 #include "TsavedState.h"
 #include "TsceneGizmos.h"
+#include "TsceneLabels.h"
 
 #include <GL/glext.h>
 
@@ -17,7 +18,9 @@ namespace {
 constexpr TportColor kTopColour{0.345f, 0.376f, 0.408f};
 constexpr TportColor kBottomColour{0.149f, 0.161f, 0.176f};
 constexpr TportColor kDistanceColour{0.247f, 0.267f, 0.29f};
-constexpr TportColor kWireColour{0.70f, 0.87f, 0.96f};
+constexpr TportColor kWireColours[TviewScene::kWireColours] = {
+    {0.70f, 0.87f, 0.96f}, {0.93f, 0.93f, 0.93f}, {0.96f, 0.76f, 0.42f}, {0.95f, 0.53f, 0.45f},
+    {0.93f, 0.60f, 0.80f}, {0.72f, 0.63f, 0.95f}, {0.52f, 0.72f, 0.98f}, {0.60f, 0.88f, 0.56f}};
 constexpr TportColor kOverlayColour{0.25f, 0.27f, 0.30f};
 constexpr TportColor kClayDiffuse{0.74f, 0.68f, 0.60f};
 constexpr TportColor kClayAmbient{0.12f, 0.12f, 0.13f};
@@ -88,8 +91,23 @@ void loadIdentities(T3dPort& port)
 
 } // namespace
 
-void TviewScene::setModel(std::shared_ptr<const TobjModel> model)
+TviewScene::TviewScene()
 {
+    for (unsigned short i = 0; i < kWireColours; ++i)
+        T3dPort::setColorTable(static_cast<unsigned short>(i + 1), ::kWireColours[i]);
+}
+
+std::string TviewScene::objectName(std::size_t object) const
+{
+    const std::string& given = fModel->objects()[object].fName;
+    if (!given.empty())
+        return given;
+    return fModel->objects().size() == 1 && !fModelName.empty() ? fModelName : "object " + std::to_string(object + 1);
+}
+
+void TviewScene::setModel(std::shared_ptr<const TobjModel> model, const std::string& name)
+{
+    fModelName = name;
     fModel = std::move(model);
     fOffsets.assign(fModel ? fModel->objects().size() : 0, T4dDblVector());
     fSpheres.clear();
@@ -201,6 +219,12 @@ void TviewScene::draw(T3dPort& port, const TviewCamera& camera, const Tstyle& st
     if (style.fLamp)
         TsceneGizmos::drawLamp(port, camera, pixelRatio);
     drawSelection(port, pixelRatio);
+    if (style.fMarks)
+        TsceneLabels::drawMarks(port, *this);
+    if (style.fLabels) {
+        TsceneLabels::drawNames(port, *this);
+        TsceneLabels::drawMeasures(port, *this, pixelRatio);
+    }
     port.depthTest(false);
     count(port, style);
 
@@ -354,7 +378,7 @@ void TviewScene::drawFilled(T3dPort& port, const Tstyle& style)
 
     const auto call = [&] {
         const TsavedState state(GL_ENABLE_BIT | GL_CURRENT_BIT);
-        if (style.fEdges || (fSelection.kind() == Tselection::kObjects && !fSelection.isEmpty()))
+        if (style.fEdges || style.fMarks || (fSelection.kind() == Tselection::kObjects && !fSelection.isEmpty()))
             glEnable(GL_POLYGON_OFFSET_FILL);
         drawObjects(port, smooth ? TmodelLists::kSmooth : TmodelLists::kFlat);
     };
@@ -380,7 +404,7 @@ void TviewScene::drawEdges(T3dPort& port, const TviewCamera& camera, const Tstyl
 {
     const bool isWire = style.fShading == kWire;
     const bool smooth = fModel->edges().size() / 2 <= kMostSmoothEdges;
-    port.color(isWire ? kWireColour : kOverlayColour);
+    port.color(isWire ? T3dPort::colorTable(style.fWireIndex) : kOverlayColour);
     port.lineWidth(static_cast<float>(pixelRatio));
     port.lineSmoothing(smooth);
     // Smooth lines are blended, so that one may not keep the next from the pixels that both touch.

@@ -9,6 +9,7 @@
 #include <QImage>
 
 #include <memory>
+#include <string>
 #include <vector>
 
 class T3dPort;
@@ -29,14 +30,23 @@ public:
         bool fGhosted = false; ///< every other pixel of the faces
         bool fXray = false;    ///< the faces as thin glass, of opacity T3dPort::fsXrayAlpha
         bool fLamp = false;    ///< shows the lamp beside the model
+        bool fMarks = false;   ///< a mark at each vertex
+        bool fLabels = false;  ///< the objects' names, and the measures of what is selected
+        bool fHud = false;     ///< the renderer, the time that the last picture took and what is in it
+        unsigned short fWireIndex = 1; ///< colour of the wire in the model-view colour table, 1 to kWireColours
     };
 
-    TviewScene() = default;
+    static constexpr unsigned short kWireColours = 8;
+
+    /** Fills the model-view colour table with the colours of the wire. */
+    TviewScene();
     TviewScene(const TviewScene&) = delete;
     TviewScene& operator=(const TviewScene&) = delete;
 
-    /** Null shows the ground alone. */
-    void setModel(std::shared_ptr<const TobjModel> model);
+    /** Null shows the ground alone. @p name stands for a model whose only object has none. */
+    void setModel(std::shared_ptr<const TobjModel> model, const std::string& name = std::string());
+    /** What the user knows an object by. */
+    std::string objectName(std::size_t object) const;
     const TobjModel* model() const { return fModel.get(); }
 
     const Tselection& selection() const { return fSelection; }
@@ -94,6 +104,7 @@ private:
 
     TsceneLights fLights;
     std::shared_ptr<const TobjModel> fModel;
+    std::string fModelName;
     std::vector<T4dDblVector> fOffsets;
     std::vector<Tsphere> fSpheres;
     Tselection fSelection;

@@ -1,6 +1,7 @@
 #include "TviewerWindow.h"
 
 #include "TuvView.h"
+#include "pictures.h"
 #include "ui/QlirnPaneLayout.h"
 
 #include <QAction>
@@ -25,6 +26,7 @@
 namespace {
 
 constexpr int kProgressInterval = 40; // milliseconds
+constexpr int kMessageTime = 5000;
 constexpr TviewCamera::Tprojection kProjections[] = {TviewCamera::kPerspective, TviewCamera::kTop, TviewCamera::kFront,
                                                      TviewCamera::kSide};
 
@@ -131,10 +133,9 @@ void TviewerWindow::loaded(std::shared_ptr<const TobjModel> model, const QString
 
 void TviewerWindow::show(std::shared_ptr<const TobjModel> model, const QString& name)
 {
-    fModelName = name;
     fModelLabel->setText(tr("%1:").arg(name));
     setWindowTitle(tr("%1 - portview").arg(name));
-    fScene.setModel(std::move(model));
+    fScene.setModel(std::move(model), name.toStdString());
     showSelection();
     if (fUvView)
         fUvView->takeModel();
@@ -284,6 +285,33 @@ QImage TviewerWindow::viewsPicture(const QSize& size)
     return image;
 }
 
+QImage TviewerWindow::shown()
+{
+    const double ratio = devicePixelRatioF();
+    const auto toPixels = [ratio](const QPoint& p) {
+        return QPoint(static_cast<int>(std::lround(p.x() * ratio)), static_cast<int>(std::lround(p.y() * ratio)));
+    };
+    const QPoint corner = toPixels(QPoint(fArea->width(), fArea->height()));
+    QImage image(corner.x(), corner.y(), QImage::Format_RGB32);
+    image.fill(gapColour());
+    const std::size_t count = hasFourViews() ? fViews.size() : 1;
+    for (std::size_t i = 0; i < count; ++i) {
+        if (!fViews[i]->addShown(image, toPixels(fViews[i]->widget()->pos())))
+            return QImage();
+    }
+    return image;
+}
+
+void TviewerWindow::saveShown()
+{
+    QString name;
+    for (int number = 1; name.isEmpty() || QFileInfo::exists(name); ++number)
+        name = QStringLiteral("portview-%1.png").arg(number);
+    const QString problem = writePicture(shown(), name);
+    statusBar()->showMessage(problem.isEmpty() ? tr("Saved %1").arg(QFileInfo(name).absoluteFilePath()) : problem,
+                             kMessageTime);
+}
+
 void TviewerWindow::showCounts(const T3dPortGeometryStats& counted)
 {
     if (counted.fTmeshes == 0) {
@@ -305,9 +333,7 @@ void TviewerWindow::showSelection()
     QString text;
     if (selection.items().size() == 1) {
         const Tselection::Titem& item = selection.items().front();
-        const QString given = QString::fromUtf8(fScene.model()->objects()[item.fObject].fName.c_str()).simplified();
-        const bool alone = fScene.model()->objects().size() == 1;
-        const QString object = !given.isEmpty() ? given : alone ? fModelName : tr("object %1").arg(item.fObject + 1);
+        const QString object = QString::fromStdString(fScene.objectName(item.fObject)).simplified();
         const QString kinds[] = {tr("%2"), tr("face %1 of %2"), tr("vertex %1 of %2")};
         text = selection.kind() == Tselection::kObjects ? object
                                                         : kinds[selection.kind()].arg(item.fElement + 1).arg(object);
@@ -339,6 +365,11 @@ void TviewerWindow::showKeys()
                     "<tr><td><b>g</b></td><td>ghosted</td></tr>"
                     "<tr><td><b>x</b></td><td>x-ray</td></tr>"
                     "<tr><td><b>l</b></td><td>the lamp</td></tr>"
+                    "<tr><td><b>v</b></td><td>marks at the vertices</td></tr>"
+                    "<tr><td><b>n</b></td><td>names, and measures of what is picked</td></tr>"
+                    "<tr><td><b>i</b></td><td>renderer, time of a picture, counts</td></tr>"
+                    "<tr><td><b>c</b></td><td>the next colour of the wire</td></tr>"
+                    "<tr><td><b>p</b></td><td>save what is on the screen</td></tr>"
                     "<tr><td><b>u</b></td><td>the texture coordinates</td></tr>"
                     "<tr><td><b>space</b></td><td>one view, four views</td></tr>"
                     "<tr><td><b>h, F1</b></td><td>this table</td></tr>"
@@ -383,6 +414,21 @@ void TviewerWindow::keyPressEvent(QKeyEvent* event)
     case Qt::Key_H:
     case Qt::Key_F1:
         showKeys();
+        return;
+    case Qt::Key_V:
+        style.fMarks = !style.fMarks;
+        break;
+    case Qt::Key_N:
+        style.fLabels = !style.fLabels;
+        break;
+    case Qt::Key_I:
+        style.fHud = !style.fHud;
+        break;
+    case Qt::Key_C:
+        style.fWireIndex = static_cast<unsigned short>(style.fWireIndex % TviewScene::kWireColours + 1);
+        break;
+    case Qt::Key_P:
+        saveShown();
         return;
     case Qt::Key_U:
         setShowsUvs(!showsUvs());

@@ -44,6 +44,8 @@ public:
 
     const TviewScene& scene() const { return fScene; }
 
+    /** What the screen shows of the views; null when that can't be told. */
+    QImage shown();
     /** The view area, and the panel of texture coordinates if it is shown, drawn at its size in device pixels as it was asked for; null on failure. */
     QImage picture();
 
@@ -65,13 +67,13 @@ private:
     void updateAll();
     void showCounts(const T3dPortGeometryStats& counted);
     void showSelection();
+    void saveShown();
     void showKeys();
 
     QSize fSize;
     TviewScene fScene;
     TviewScene::Tstyle fStyle;
     TselectTool fTool{fScene};
-    QString fModelName;
     QWidget* fArea;
     QlirnPaneLayout* fPanes;
     QLabel* fModelLabel;

@@ -29,7 +29,10 @@ struct T4dDblVector
     T4dDblVector normalised() const
     {
         const double s = lengthSquared();
-        return s > 1e-20 && std::fabs(s - 1.0) > 2e-10 ? *this * (1.0 / std::sqrt(s)) : *this;
+        if (!(s > 1e-20 && std::fabs(s - 1.0) > 2e-10))
+            return *this;
+        const double l = std::sqrt(s);
+        return {x / l, y / l, z / l};
     }
     /** The angle between the directions, from 0 to 180 degrees; 0 with a null vector. */
     Tangle angleBetween(const T4dDblVector& v) const { return {std::atan2(cross(v).length(), dot(v))}; }

@@ -8,8 +8,10 @@
 
 #include <gmock/gmock.h>
 
+#include <array>
 #include <memory>
 #include <set>
+#include <tuple>
 
 namespace {
 
@@ -39,7 +41,7 @@ protected:
         glGetIntegerv(GL_SAMPLES, &samples);
         ASSERT_EQ(samples > 1, GetParam() == Visual::kMultisampled);
         port().depthTest(true);
-        port().ortho(0, 100, 0, 80, -1, 1);
+        port().pushOrtho2D(0, 100, 0, 80);
     }
 
     T3dPort& port() { return fWindow.port(); }
@@ -49,7 +51,10 @@ protected:
     {
         const float x = float(i % 5 * 20);
         const float y = float(i / 5 * 16);
+        distract(); // wherever another port's context can be the current one
+        port().loadName(10 + i);
         port().rect(x, y, x + 20, y + 16, true);
+        distract();
     }
     void drawSquare(double z)
     {
@@ -59,19 +64,13 @@ protected:
         port().popMatrix();
     }
 
-    // Both with another port's context current wherever it can be.
     Names picked()
     {
         const TpickBuffer hits(512, nullptr);
-        distract();
         port().beginSelect(hits.buffer(), hits.size());
         port().pushName(0);
-        for (unsigned i = 0; i < 25; ++i) {
-            distract();
-            port().loadName(10 + i);
+        for (unsigned i = 0; i < 25; ++i)
             drawCell(i);
-        }
-        distract();
         Names names;
         unsigned zmin, count;
         unsigned* record = nullptr;
@@ -84,41 +83,16 @@ protected:
         Names names;
         for (unsigned i = 0; i < 25; ++i) {
             port().beginRasterizationSelect();
-            distract();
             drawCell(i);
-            distract();
             if (port().endRasterizationSelect(nullptr))
                 names.insert(10 + i);
         }
         return names;
     }
-    float depthOf(double z)
-    {
-        float depth = 0;
-        port().beginRasterizationSelect();
-        drawSquare(z);
-        const bool isHit = port().endRasterizationSelect(&depth);
-        EXPECT_EQ(isHit, depth < 1);
-        return depth;
-    }
 
     PortWindow<> fWindow{100, 80, GetParam() == Visual::kSingle ? Buffering::kSingle : Buffering::kDouble};
     PortWindow<> fOther{30, 30};
 };
-
-/** What picking must leave as it was, beside what the port's audit compares. */
-std::vector<double> state(const T3dPort& port)
-{
-    std::vector<double> values(20);
-    glGetDoublev(GL_NAME_STACK_DEPTH, &values[0]);
-    glGetDoublev(GL_READ_BUFFER, &values[1]);
-    glGetDoublev(GL_RENDER_MODE, &values[2]);
-    values[3] = port.matrixMode();
-    T4dDblMatrix projection;
-    port.getProjectionMatrix(projection);
-    std::copy_n(projection.data(), 16, &values[4]);
-    return values;
-}
 
 } // namespace
 
@@ -126,37 +100,53 @@ INSTANTIATE_TEST_SUITE_P(, PortPicking, testing::Values(Visual::kSingle, Visual:
 
 TEST_P(PortPicking, FindsWhatTheRectangleMeets)
 {
-    const struct
-    {
-        Tpoint p;
-        unsigned short half;
-        Names names;
-    } cases[] = {{{0, 0}, 1, {10}},      {{99, 0}, 2, {14}},
-                 {{0, 79}, 2, {30}},     {{99, 79}, 2, {34}},
-                 {{50, 0}, 1, {12}},     {{50, 79}, 3, {32}},
-                 {{0, 40}, 1, {20}},     {{99, 40}, 1, {24}},
-                 {{5, 17}, 3, {10, 15}}, {{50, 40}, 20, {16, 17, 18, 21, 22, 23, 26, 27, 28}}};
+    const std::tuple<Tpoint, unsigned short, Names> cases[] = {
+        {{0, 0}, 1, {10}},      {{99, 0}, 2, {14}},
+        {{0, 79}, 2, {30}},     {{99, 79}, 2, {34}},
+        {{50, 0}, 1, {12}},     {{50, 79}, 3, {32}},
+        {{0, 40}, 1, {20}},     {{99, 40}, 1, {24}},
+        {{5, 17}, 3, {10, 15}}, {{50, 40}, 20, {16, 17, 18, 21, 22, 23, 26, 27, 28}}};
+    const auto state = [this] {
+        port().setCurrentContext();
+        std::array<GLint, 3> values{};
+        glGetIntegerv(GL_NAME_STACK_DEPTH, &values[0]);
+        glGetIntegerv(GL_READ_BUFFER, &values[1]);
+        glGetIntegerv(GL_RENDER_MODE, &values[2]);
+        return values;
+    };
     port().matrixMode(GL_TEXTURE);
-    port().setCurrentContext();
-    const std::vector<double> before = state(port());
-    for (const auto& c : cases) {
-        SCOPED_TRACE(testing::Message() << c.p.x << "," << c.p.y);
-        port().fSelectRect = port().makeSelectRect(c.p, c.half);
-        EXPECT_EQ(picked(), c.names);
-        EXPECT_EQ(rasterized(), c.names);
+    const auto before = state();
+    for (const auto& [p, half, names] : cases) {
+        SCOPED_TRACE(testing::Message() << p.x << "," << p.y);
+        port().fSelectRect = port().makeSelectRect(p, half);
+        EXPECT_EQ(picked(), names);
+        EXPECT_EQ(rasterized(), names);
     }
+    EXPECT_EQ(port().makeSelectRect({-20, 200}, 5), TportRect(0, 80, 0, 80));
+    EXPECT_EQ(port().makeSelectRect({30000, -30000}, 65535), TportRect(0, 0, 100, 80));
     port().fSelectRect = TportRect();
     EXPECT_EQ(picked(), Names()) << "a rectangle of no extent";
     EXPECT_EQ(rasterized(), Names());
+
+    port().pushViewport(TportRect(20, 16, 100, 80));
+    port().fSelectRect = TportRect(21, 17, 23, 19);
+    EXPECT_EQ(picked(), Names{16}) << "counted from the viewport's corner";
+    EXPECT_EQ(rasterized(), Names{10}) << "counted from the port's";
+    port().popViewport();
 
     port().fSelectRect = TportRect(3, 3, 5, 5);
     port().scissor(TportRect(20, 2, 30, 4), true);
     EXPECT_EQ(picked(), Names{10});
     EXPECT_EQ(rasterized(), Names{10});
-    EXPECT_EQ(state(port()), before);
+    EXPECT_EQ(state(), before);
     EXPECT_FALSE(glIsEnabled(GL_SCISSOR_TEST));
+    EXPECT_EQ(port().matrixMode(), GLenum(GL_TEXTURE));
     EXPECT_EQ(port().stateDifferences(), TstringArray());
     EXPECT_EQ(glGetError(), GLenum(GL_NO_ERROR));
+    port().popOrtho2D();
+    T4dDblMatrix projection;
+    port().getProjectionMatrix(projection);
+    EXPECT_TRUE(projection.isIdentity()) << "nothing is left on the stack";
 }
 
 TEST_P(PortPicking, NamesTheNearestWithAllItsNames)
@@ -199,7 +189,6 @@ TEST_P(PortPicking, NamesTheNearestWithAllItsNames)
     for (int i = 0; i < 200; ++i)
         draw();
     EXPECT_EQ(port().endSelect(), 1) << "of the shared one";
-
     GlRecorder recorder;
     recorder.start();
     draw();
@@ -208,28 +197,25 @@ TEST_P(PortPicking, NamesTheNearestWithAllItsNames)
 
 TEST_P(PortPicking, MeasuresDepthByDrawing)
 {
+    const auto depthOf = [this](double z) {
+        float depth = 0;
+        port().beginRasterizationSelect();
+        drawSquare(z);
+        const bool isHit = port().endRasterizationSelect(&depth);
+        EXPECT_EQ(isHit, depth < 1);
+        return depth;
+    };
     glPixelStorei(GL_PACK_ROW_LENGTH, 1000);
     for (const TportRect& r : {TportRect(30, 30, 31, 31), TportRect(10, 10, 50, 50), TportRect(79, 20, 100, 23)}) {
         port().fSelectRect = r;
         EXPECT_NEAR(depthOf(0.5), 0.25, 1e-4);
+        EXPECT_NEAR(depthOf(-0.5), 0.75, 1e-4) << "what was there before is forgotten";
         port().depthMask(false);
-        port().beginRasterizationSelect();
-        EXPECT_FALSE(port().endRasterizationSelect(nullptr)) << "what was there before is forgotten";
+        EXPECT_GT(depthOf(0.5), 1) << "nothing where the depth mask is off";
         port().depthMask(true);
     }
     port().fSelectRect = TportRect(81, 20, 100, 23);
     EXPECT_EQ(depthOf(0), 3.4028234663852886e38f);
-}
-
-TEST(PortSelectRect, StaysInsideThePort)
-{
-    T3dPort port(nullptr, "testPort", false);
-    port.setPortRect(TportRect(0, 0, 100, 80));
-    EXPECT_EQ(port.makeSelectRect({99, 2}, 5), TportRect(94, 0, 100, 7));
-    EXPECT_EQ(port.makeSelectRect({-20, 200}, 5), TportRect(0, 80, 0, 80));
-    EXPECT_EQ(port.makeSelectRect({30000, -30000}, 65535), TportRect(0, 0, 100, 80));
-    port.setPortRect(TportRect());
-    EXPECT_EQ(port.makeSelectRect({3, 3}, 1), TportRect());
 }
 
 TEST(PickBuffer, NeverReadsPastItsEnd)

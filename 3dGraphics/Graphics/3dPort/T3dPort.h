@@ -563,7 +563,8 @@ public:
     /**
      * How many lengths of @p v cover @p pixels pixels on the screen when they start from @p p, at least 1e-5; good for
      * handles of constant size. 1 for a vector that has no extent on the screen. Exact to the pixel only, in which its
-     * end is looked up.
+     * end is looked up, and less for a vector so close to the view direction that a length covers few of them: its change
+     * of depth counts as pixels too.
      */
     double screenLengthScale(double pixels, const T4dDblPoint& p, const T4dDblVector& v) const;
     /**
@@ -576,7 +577,9 @@ public:
 
     // Selection and picking. Set fSelectRect, begin, draw, end. Either mode draws with a projection that shows nothing but
     // fSelectRect, on a copy that ends with it. Begin and end come in pairs, of one mode at a time; picking works at any
-    // time, in and out of the update command. A rectangle of no extent divides by zero, and hits nothing.
+    // time, in and out of the update command. A rectangle of no extent divides by zero, and hits nothing. In a viewport
+    // away from the port's corner GL selection counts fSelectRect from the viewport's corner, picking by drawing from the
+    // port's.
 
     /** The square from @p p - @p half to @p p + @p half, clipped by clipSelectRect. */
     TportRect makeSelectRect(const Tpoint& p, unsigned short half) const;

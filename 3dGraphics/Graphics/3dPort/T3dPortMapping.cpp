@@ -128,11 +128,11 @@ double T3dPort::screenLengthScale(double pixels, const T4dDblPoint& p, const T4d
     T4dDblPoint end;
     worldToPort(p, start);
     worldToPort(p + v, end);
-    // Without the depth, which is not an extent on the screen: a vector along the view direction has none.
-    const T4dDblVector step = T4dDblVector(end.x - start.x, end.y - start.y, 0).normalised();
-    if (step.lengthSquared() <= kNoLengthSquared)
+    const T4dDblVector step = end - start;
+    // A vector along the view direction changes the depth alone, and covers no pixels.
+    if (step.x * step.x + step.y * step.y <= kNoLengthSquared)
         return 1.0;
-    const T4dDblPoint reached = start + step * pixels;
+    const T4dDblPoint reached = start + step.normalised() * pixels;
 
     Tline ray;
     portToWorld(Tpoint{pixelPosition(reached.x), pixelPosition(reached.y)}, ray.point, ray.direction);

@@ -31,10 +31,9 @@ inline void T3dPort::portToWorld(const Tpoint& p, T4dDblPoint& point, T4dDblVect
     const auto zw = row(2) * at[0] + row(6) * at[1] + row(14);
     const auto nearZw = zw - row(10);
     const auto farZw = zw + row(10);
-    const auto scale = 1.0 / TviewportScale::Tpair{nearZw[1], farZw[1]};
-    const auto nearXy = (xy - row(8)) * scale[0];
-    const double nearZ = nearZw[0] * scale[0];
-    const auto dirXy = (xy + row(8)) * scale[1] - nearXy;
-    point = T4dDblPoint(nearXy[0], nearXy[1], nearZ);
-    dir = T4dDblVector(dirXy[0], dirXy[1], farZw[0] * scale[1] - nearZ).normalised();
+    const auto nearXy = (xy - row(8)) / nearZw[1];
+    const auto dirXy = (xy + row(8)) / farZw[1] - nearXy;
+    const auto z = TviewportScale::Tpair{nearZw[0], farZw[0]} / TviewportScale::Tpair{nearZw[1], farZw[1]};
+    point = T4dDblPoint(nearXy[0], nearXy[1], z[0]);
+    dir = T4dDblVector(dirXy[0], dirXy[1], z[1] - z[0]).normalised();
 }

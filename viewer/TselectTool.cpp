@@ -76,6 +76,8 @@ void TselectTool::release(Tview& view, const Tpoint& pixel)
 {
     if (fView != &view || fGesture == kIdle)
         return;
+    if (fGesture == kMove)
+        drag(view, pixel); // the button may come up farther on than it was last seen
     const Tgesture gesture = fGesture;
     fGesture = kIdle;
     fView = nullptr;

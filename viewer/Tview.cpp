@@ -183,6 +183,7 @@ void Tview::drawScene()
 void Tview::drawHud()
 {
     constexpr TportColor kHudColour{0.80f, 0.84f, 0.88f};
+    constexpr TportColor kHudBackground{0.09f, 0.095f, 0.105f, 0.5f}; // multiplied by its opacity
     constexpr int kLeft = 10;
     constexpr int kLines = 3;
     const char* renderer = T3dPort::graphicsHardwareString();
@@ -197,7 +198,7 @@ void Tview::drawHud()
     fPort->color(kHudColour);
     for (int i = 0; i < kLines; ++i) {
         const int y = fPort->portRect().height() - (i + 1) * step - 6 - (fLabel.isNull() ? 0 : fLabel.height() + 6);
-        fPort->text(T4dDblPoint(kLeft, y, 0), lines[i], T3dPort::kLeft);
+        fPort->text(T4dDblPoint(kLeft, y, 0), lines[i], T3dPort::kLeft, nullptr, kHudBackground);
     }
     fPort->popOrtho2D();
 }

@@ -9,6 +9,11 @@
 #include "foundation/T4dDblPoint.h"
 #include "support/PortWindow.h"
 
+#include <QDir>
+#include <QFile>
+#include <QImage>
+#include <QPixmap>
+#include <QScreen>
 #include <QTemporaryDir>
 
 #include <gtest/gtest.h>
@@ -90,6 +95,13 @@ protected:
         XSync(display(), 0);
         settle();
     }
+    void strike(KeySym symbol)
+    {
+        fWindow.setFocus();
+        key(symbol, true);
+        key(symbol, false);
+        settle();
+    }
     void click(const QPoint& p, KeySym modifier = NoSymbol)
     {
         if (modifier != NoSymbol)
@@ -116,6 +128,12 @@ protected:
     TviewerWindow fWindow{QSize(420, 320), {}, false};
 };
 
+/** The colours that the X server shows of the window's place. */
+QImage onScreen(const QWidget& window)
+{
+    return window.screen()->grabWindow(window.winId()).toImage().convertToFormat(QImage::Format_RGB32);
+}
+
 using Items = std::vector<Tselection::Titem>;
 
 } // namespace
@@ -140,10 +158,7 @@ TEST_F(ClicksRealEvents, PickWhatIsUnderThePointerAndMoveIt)
         drag(seen(-2.2, 1.3, 0), seen(2.3, -1.4, 0));
         expectPicked(Items{{0, 0}, {1, 0}});
         clickNothing();
-        fWindow.setFocus();
-        key(XK_r, true);
-        key(XK_r, false);
-        settle();
+        strike(XK_r);
     }
 
     click(seen(1.4, 0.4, 1));
@@ -158,10 +173,44 @@ TEST_F(ClicksRealEvents, PickWhatIsUnderThePointerAndMoveIt)
     // The arrow of y leads upwards; half way along it, and 0.2 of the scene further.
     const QPoint grip = start - QPoint(0, 45);
     drag(grip, grip - QPoint(0, static_cast<int>(std::lround(length))));
+    waitUntil([&] { return fWindow.scene().offset(1).y > 0.15; }, 2000);
     const T4dDblVector offset = fWindow.scene().offset(1);
     EXPECT_NEAR(offset.y, 0.2, 0.02);
     EXPECT_EQ(offset.x, 0);
     EXPECT_EQ(offset.z, 0);
     EXPECT_EQ(fWindow.scene().offset(0), T4dDblVector());
     expectPicked(Items{{1, 0}});
+}
+
+TEST_F(ClicksRealEvents, MarqueesAreErasedWithoutDrawingTheSceneAgain)
+{
+    at(seen(-2.2, 1.3, 0));
+    waitUntil([] { return false; }, 300); // the status bar follows the pointer
+    const QImage before = onScreen(fWindow);
+    XTestFakeButtonEvent(display(), 1, True, CurrentTime);
+    at(seen(-1, 0.5, 0));
+    at(seen(0, 0, 0));
+    EXPECT_TRUE(waitUntil([&] { return port().isBackingSaved(); }, 2000));
+    at(seen(2.3, -1.4, 0));
+    EXPECT_TRUE(port().isBackingSaved());
+    EXPECT_NE(onScreen(fWindow), before);
+    at(seen(-2.2, 1.3, 0));
+    XTestFakeButtonEvent(display(), 1, False, CurrentTime);
+    settle();
+    EXPECT_TRUE(waitUntil([&] { return !port().isBackingSaved(); }, 2000));
+    EXPECT_TRUE(waitUntil([&] { return onScreen(fWindow) == before; }, 2000)) << "something of a marquee is left";
+    EXPECT_FALSE(port().isUsingBackingStore());
+}
+
+TEST_F(ClicksRealEvents, WhatIsOnTheScreenIsSaved)
+{
+    const QString former = QDir::currentPath();
+    QDir::setCurrent(fFolder.path());
+    at(seen(0, 0, 0)); // without a window manager keys go where the pointer is
+    strike(XK_p);
+    waitUntil([] { return QFile::exists(QStringLiteral("portview-1.png")); }, 2000);
+    const QImage saved = QImage(QStringLiteral("portview-1.png")).convertToFormat(QImage::Format_RGB32);
+    QDir::setCurrent(former);
+    ASSERT_FALSE(saved.isNull());
+    EXPECT_EQ(saved, onScreen(fWindow).copy(saved.rect()));
 }

@@ -138,6 +138,7 @@ TEST_F(Portview, WaysOfShowingDifferWhereTheModelIs)
     } cases[] = {
         {"--ghosted", 0.4, 0.6, 0.4, 0.6}, // every other pixel
         {"--xray", 0.4, 1.1, 0.5, 1.1},    // thinner, everywhere
+        {"--marks", 0.001, 0.05, 0.9, 1.1}, {"--labels", 0.001, 0.2, 0.9, 1.2}, {"--hud", 0.01, 0.3, 0.9, 1.4},
         {"--edges", 0.01, 0.15, 0.9, 1.1}, {"--lamp", 0.001, 0.2, 0.9, 1.2}, {"--shading=flat", 0, 0.9, 0.9, 1.1},
     };
     for (const auto& each : cases) {

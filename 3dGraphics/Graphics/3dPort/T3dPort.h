@@ -28,6 +28,7 @@ class QPixmap;
 class QWidget;
 class T3dPort;
 class T3dPortAudit;
+class T4dFltMatrix;
 class Taction;
 class Tevent;
 class TglBitmap;
@@ -902,6 +903,132 @@ public:
     /** The Xlib Display* of the ports; null without X. */
     static void* getDisplay();
 
+    // Texture state. Cached setters compare with the last value sent, whatever texture or unit that went to; texture objects
+    // send their own parameters on top.
+
+    /** The environment mode of texture objects that follow the view's options. */
+    static TglContext::TtextureEnv textureEnvModeState() { return fsTextureEnv; }
+    static void setTextureEnvModeState(TglContext::TtextureEnv mode) { fsTextureEnv = mode; }
+    /** Their minification filter, kNearest or kLinear; other values are ignored. */
+    static TglContext::TtextureFilter viewMinFilterState() { return fsTextureMinFilter; }
+    static void setViewMinFilterState(TglContext::TtextureFilter filter)
+    {
+        if (filter == TglContext::kNearest || filter == TglContext::kLinear)
+            fsTextureMinFilter = filter;
+    }
+    /** Their magnification filter. */
+    static TglContext::TtextureFilter viewMagFilterState() { return fsTextureMagFilter; }
+    static void setViewMagFilterState(TglContext::TtextureFilter filter) { fsTextureMagFilter = filter; }
+
+    // What was sent last; OpenGL's defaults for a port without a context.
+
+    TglContext::TtextureGenMode textureGenMode() const
+    {
+        return fContext ? fContext->fTextureGenMode : TglContext::kGenOff;
+    }
+    TglContext::TtextureWrap textureWrap() const { return fContext ? fContext->fTextureWrap : TglContext::kRepeat; }
+    TglContext::TtextureEnv textureEnvMode() const
+    {
+        return fContext ? fContext->fTextureEnv : TglContext::kEnvModulate;
+    }
+    TglContext::TtextureFilter textureMinFilter() const
+    {
+        return fContext ? fContext->fTextureMinFilter : TglContext::kNearestMipmapLinear;
+    }
+    TglContext::TtextureFilter textureMagFilter() const
+    {
+        return fContext ? fContext->fTextureMagFilter : TglContext::kLinear;
+    }
+    // These leave their arguments alone for a port without a context.
+    void textureCombineBlend(TglContext::TtexEnvCombineParam& param, TglContext::TtexEnvCombine& value) const;
+    void textureCombineSource(TglContext::TtexEnvSourceParam& param, TglContext::TtexEnvSource& value) const;
+    void textureCombineOperand(TglContext::TtexEnvOperandParam& param, TglContext::TtexEnvOperand& value) const;
+    void textureCombineScale(TglContext::TtexEnvScaleParam& param, TglContext::TtexEnvScale& value) const;
+
+    /** Cached GL_TEXTURE_ENV_MODE (glTexEnvi). */
+    void setTextureEnvMode(TglContext::TtextureEnv mode)
+    {
+        if (fContext && fContext->fTextureEnv != mode)
+            textureEnvModeChanged(mode);
+    }
+    /** Cached GL_TEXTURE_WRAP_S and GL_TEXTURE_WRAP_T; the target does not count in the comparison. */
+    void setTextureWrap(TglContext::TtextureWrap wrap, TglContext::TtextureTarget target = TglContext::kTexture2D)
+    {
+        if (fContext && fContext->fTextureWrap != wrap)
+            textureWrapChanged(wrap, target);
+    }
+    /** Cached GL_TEXTURE_MIN_FILTER. Takes kNearest and kLinear; a mipmap filter does no more than make current. */
+    void setTextureMinFilter(TglContext::TtextureFilter filter,
+                             TglContext::TtextureTarget target = TglContext::kTexture2D)
+    {
+        if (fContext && fContext->fTextureMinFilter != filter)
+            textureMinFilterChanged(filter, target);
+    }
+    /** Cached GL_TEXTURE_MAG_FILTER. */
+    void setTextureMagFilter(TglContext::TtextureFilter filter,
+                             TglContext::TtextureTarget target = TglContext::kTexture2D)
+    {
+        if (fContext && fContext->fTextureMagFilter != filter)
+            textureMagFilterChanged(filter, target);
+    }
+    // The combiner (GL_TEXTURE_ENV). Cached, each with one pair of parameter name and value.
+    void setTextureCombineBlend(TglContext::TtexEnvCombineParam param, TglContext::TtexEnvCombine value);
+    void setTextureCombineSource(TglContext::TtexEnvSourceParam param, TglContext::TtexEnvSource value);
+    void setTextureCombineOperand(TglContext::TtexEnvOperandParam param, TglContext::TtexEnvOperand value);
+    void setTextureCombineScale(TglContext::TtexEnvScaleParam param, TglContext::TtexEnvScale value);
+    /**
+     * Cached: switches the generation of texture coordinates (glTexGen) and cube mapping. The modes disable no more than
+     * they have to: the planar ones leave nothing of a cube mode, the cube ones leave the enables of a planar mode. Unknown
+     * modes are recorded only.
+     */
+    void setTextureGenMode(TglContext::TtextureGenMode mode)
+    {
+        if (fContext && fContext->fTextureGenMode != mode)
+            textureGenModeChanged(mode);
+    }
+    /** The generation plane of a coordinate (glTexGenfv), in the context that is current. */
+    void setTextureGenCoord(TglContext::TtextureCoord coord, TglContext::TtextureGenFunc func,
+                            const T4dDblPoint& plane);
+    /** glBindTexture in the context that is current. */
+    void bindTexture(TglContext::TtextureTarget target, unsigned name) { glBindTexture(target, name); }
+
+    /** The largest useful anisotropy; 1 without the extension. */
+    float maxTextureFilterAnistropic() const;
+    /** GL_TEXTURE_MAX_ANISOTROPY_EXT of the bound two-dimensional texture, if the extension is there. Not cached. */
+    void setTextureFilterAnisotropic(float anisotropy);
+    /** Whether texture objects that follow the view's options filter anisotropically; never without the extension. */
+    static bool enableTextureFilterAnisotropic()
+    {
+        return fsTextureFilterAnisotropic && hasTextureFilterAnisotropic();
+    }
+    static void enableTextureFilterAnisotropic(bool on) { fsTextureFilterAnisotropic = on; }
+
+    // Texture units, of the context that is current. A unit that is locked or does not exist is left alone, as is any
+    // without multitexturing.
+
+    /** The unit that texture state goes to (glActiveTextureARB). */
+    void activeTextureUnit(TglContext::TtextureUnit unit);
+    /** The unit that coordinate pointers go to (glClientActiveTextureARB). */
+    void activeTexCoordPointer(TglContext::TtextureUnit unit);
+    // Coordinates of a unit; without multitexturing, of the only one.
+    void multiTexCoord2(TglContext::TtextureUnit unit, const float* st);
+    void multiTexCoord(TglContext::TtextureUnit unit, float s, float t);
+    void multiTexCoord(TglContext::TtextureUnit unit, float s, float t, float r);
+
+    // The texture matrix of the active unit, on OpenGL's own stack. They do nothing while setNoTextureMatrix is on.
+
+    void texturePushMatrix();
+    void texturePopMatrix();
+    void textureTransform(const T4dFltMatrix& m);
+    /**
+     * Loads a placement of a texture: turned by @p rotate degrees about its middle, @p repeatU by @p repeatV times its
+     * size, moved by @p offsetU and @p offsetV, and turned by -@p turn degrees. The result stays moved by half a texture,
+     * (0.5, 0.5), also where all else is neutral.
+     */
+    void textureTransform(float rotate, float repeatU, float repeatV, float offsetU, float offsetV, float turn);
+    /** Suppresses the texture matrix operations on this port. */
+    void setNoTextureMatrix(bool on) { fNoTextureMatrix = on; }
+
     // Geometry statistics. Counted in the record that the host attaches, nowhere without one. Drawing code counts, if
     // isEnabledGeometryStats; the port's own primitives do not.
 
@@ -1088,6 +1215,9 @@ public:
     static int fsMaxTextureSize;     ///< GL_MAX_TEXTURE_SIZE
     static int fsMaxUserTextureSize; ///< 0 for no limit of the user's
     static int fsMaxTextureUnits;
+    static TglContext::TtextureEnv fsTextureEnv; ///< this and the next two: see textureEnvModeState
+    static TglContext::TtextureFilter fsTextureMinFilter;
+    static TglContext::TtextureFilter fsTextureMagFilter;
     static constexpr int kSelectBufferSize = 2048;
 
 private:
@@ -1161,6 +1291,16 @@ private:
     void clearColorChanged(const TportColor& c);
     void sendFogParameters();
     void settleLightEnables();
+    void textureEnvModeChanged(TglContext::TtextureEnv mode);
+    void textureWrapChanged(TglContext::TtextureWrap wrap, TglContext::TtextureTarget target);
+    void textureMinFilterChanged(TglContext::TtextureFilter filter, TglContext::TtextureTarget target);
+    void textureMagFilterChanged(TglContext::TtextureFilter filter, TglContext::TtextureTarget target);
+    void textureGenModeChanged(TglContext::TtextureGenMode mode);
+    template <class Param, class Value>
+    void setTextureCombine(Param TglContext::*param, Value TglContext::*value, TglContext::TtextureUnit TglContext::*unit,
+                           Param newParam, Value newValue);
+    template <class Operation> void onTextureMatrix(Operation operation);
+    [[gnu::cold]] void noteUnitSentElsewhere() const;
     void setMaterialColor(TportColor TglContext::*recorded, TmaterialChannel channel, const TportColor& c,
                           bool withAlpha);
     void add(std::uint32_t T3dPortGeometryStats::*counter, int n);
@@ -1313,6 +1453,7 @@ private:
     static float fsGlobalLineWidth;
     static bool fsSmoothWireFrame;
     static bool fsUseSeparateSpecularColor;
+    static bool fsTextureFilterAnisotropic;
     static bool smpPolyCount;
     static bool fsCanLookUpEntryPoints;
     static Tstring fsErrorString;

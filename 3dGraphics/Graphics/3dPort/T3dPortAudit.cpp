@@ -24,7 +24,8 @@ enum class Kind {
     kFloat,    ///< glGetDoublev, compared as floats because drivers may keep no more
     kClamped,  ///< as kFloat, both sides held between 0 and 1 as the query may
     kMaterial, ///< glGetMaterialfv of the front material
-    kTexEnv    ///< glGetTexEnviv of GL_TEXTURE_ENV in the active unit
+    kTexEnv,   ///< glGetTexEnviv of GL_TEXTURE_ENV in the active unit
+    kTexGen    ///< the GL_TEXTURE_GEN_MODE of a coordinate in the active unit
 };
 
 /** What is recorded where OpenGL's colour is not known. */
@@ -100,6 +101,61 @@ void sendMaterial(GLenum channel, const TportColor& c)
         glMaterialfv(GL_FRONT_AND_BACK, channel, &c.r);
 }
 
+/** How many coordinates, from s on, the last generation mode switched on; -1 when it said nothing of them. */
+int generatedCoordinates(const TglContext& record)
+{
+    switch (record.fTextureGenMode) {
+    case TglContext::kGenOff:
+        return 0;
+    case TglContext::kGenEyeLinear:
+    case TglContext::kGenObjectLinear:
+    case TglContext::kGenSphereMap:
+        return 2;
+    case TglContext::kGenNormalMap:
+    case TglContext::kGenReflectionMap:
+    case TglContext::kGenCubeEyeLinear:
+    case TglContext::kGenCubeObjectLinear:
+        return 3;
+    default:
+        return -1;
+    }
+}
+
+/** The switch of @p coordinate, 0 for s to 3 for q. Modes of three coordinates leave q as it was. */
+Values generation(const TglContext& record, int coordinate)
+{
+    const int count = generatedCoordinates(record);
+    return Values::of(coordinate < count).when(count >= 0 && !(count == 3 && coordinate == 3));
+}
+
+Values generationMode(const TglContext& record, int coordinate)
+{
+    const TglContext::TtextureGenMode mode = record.fTextureGenMode;
+    return Values::of(mode == TglContext::kGenCubeEyeLinear      ? GL_EYE_LINEAR
+                      : mode == TglContext::kGenCubeObjectLinear ? GL_OBJECT_LINEAR
+                                                                 : static_cast<GLint>(mode))
+        .when(coordinate < generatedCoordinates(record));
+}
+
+Values cubeMapping(const TglContext& record)
+{
+    const int count = generatedCoordinates(record);
+    const bool cube = count == 3 || record.fTextureGenMode == TglContext::kGenCubeNone;
+    return Values::of(cube).when(cube || count >= 0);
+}
+
+void sendSwitch(GLenum capability, const Values& on)
+{
+    if (on.fCount > 0)
+        enable(capability, on.fValue[0] != 0);
+}
+
+void sendGenerationMode(GLenum coordinate, const Values& mode)
+{
+    if (mode.fCount > 0)
+        glTexGeni(coordinate, GL_TEXTURE_GEN_MODE, static_cast<GLint>(mode.fValue[0]));
+}
+
 // A scissor box is up to 65535 pixels wide, in a field of 16 bits.
 int boxExtent(std::int16_t recorded)
 {
@@ -130,6 +186,10 @@ void ask(Kind kind, GLenum name, int count, double* out)
         glGetTexEnviv(GL_TEXTURE_ENV, name, integers);
         std::copy(integers, integers + count, out);
         return;
+    case Kind::kTexGen:
+        glGetTexGeniv(name, GL_TEXTURE_GEN_MODE, integers);
+        std::copy(integers, integers + count, out);
+        return;
     }
 }
 
@@ -147,6 +207,30 @@ bool isSame(Kind kind, double recorded, double actual)
                static_cast<std::uint32_t>(static_cast<std::int64_t>(actual));
     return static_cast<float>(recorded) == static_cast<float>(actual);
 }
+
+/** Selects, for a while, the texture unit that a recorded value is about; none for a value of no unit. */
+class ScopedUnit
+{
+public:
+    ScopedUnit(const TglContext& record, TglContext::TtextureUnit TglContext::*unit)
+    {
+        if (!unit)
+            return;
+        glGetIntegerv(GL_ACTIVE_TEXTURE, &fBefore);
+        glActiveTexture(record.*unit);
+    }
+    ~ScopedUnit()
+    {
+        if (fBefore != 0)
+            glActiveTexture(static_cast<GLenum>(fBefore));
+    }
+
+    ScopedUnit(const ScopedUnit&) = delete;
+    ScopedUnit& operator=(const ScopedUnit&) = delete;
+
+private:
+    GLint fBefore = 0;
+};
 
 Tstring listed(const double* values, int count)
 {
@@ -169,6 +253,8 @@ struct T3dPortAudit::Row
     Kind fKind;
     Values (*fRecorded)(const T3dPort& port, const TglContext& record);
     void (*fSend)(const T3dPort& port, const TglContext& record);
+    /** Of a state that each texture unit has for itself: the unit that the recorded value is about. */
+    TglContext::TtextureUnit TglContext::*fUnit = nullptr;
 };
 
 struct T3dPortAudit::Table
@@ -357,29 +443,61 @@ const T3dPortAudit::Row T3dPortAudit::Table::fsRows[] = {
          glMaterialf(GL_FRONT_AND_BACK, GL_SHININESS, static_cast<float>(r.fMaterialShininess));
      }},
     {"texture unit", GL_ACTIVE_TEXTURE, kBoth, Kind::kInteger,
-     [](const Port&, const Record& r) { return Values::of(r.fTextureUnit); },
-     [](const Port&, const Record& r) { glActiveTexture(r.fTextureUnit); }},
+     [](const Port&, const Record& r) { return Values::of(r.fServerUnit); },
+     [](const Port&, const Record& r) { glActiveTexture(r.fServerUnit); }},
+    {"client texture unit", GL_CLIENT_ACTIVE_TEXTURE, kFixed, Kind::kInteger,
+     [](const Port&, const Record& r) { return Values::of(r.fClientUnit); },
+     [](const Port&, const Record& r) { glClientActiveTexture(r.fClientUnit); }},
     {"texture environment", GL_TEXTURE_ENV_MODE, kFixed, Kind::kTexEnv,
      [](const Port&, const Record& r) { return Values::of(r.fTextureEnv); },
      [](const Port&, const Record& r) {
          glTexEnvi(GL_TEXTURE_ENV, GL_TEXTURE_ENV_MODE, static_cast<GLint>(r.fTextureEnv));
-     }},
+     },
+     &Record::fTextureEnvUnit},
     {"texture combine", 0, kFixed, Kind::kTexEnv,
      [](const Port&, const Record& r) { return Values::of(r.fCombine).asking(r.fCombineParam); },
      [](const Port&, const Record& r) {
          glTexEnvi(GL_TEXTURE_ENV, r.fCombineParam, static_cast<GLint>(r.fCombine));
-     }},
+     },
+     &Record::fCombineUnit},
     {"texture combine source", 0, kFixed, Kind::kTexEnv,
      [](const Port&, const Record& r) { return Values::of(r.fSource).asking(r.fSourceParam); },
-     [](const Port&, const Record& r) { glTexEnvi(GL_TEXTURE_ENV, r.fSourceParam, static_cast<GLint>(r.fSource)); }},
+     [](const Port&, const Record& r) { glTexEnvi(GL_TEXTURE_ENV, r.fSourceParam, static_cast<GLint>(r.fSource)); },
+     &Record::fSourceUnit},
     {"texture combine operand", 0, kFixed, Kind::kTexEnv,
      [](const Port&, const Record& r) { return Values::of(r.fOperand).asking(r.fOperandParam); },
      [](const Port&, const Record& r) {
          glTexEnvi(GL_TEXTURE_ENV, r.fOperandParam, static_cast<GLint>(r.fOperand));
-     }},
+     },
+     &Record::fOperandUnit},
     {"texture combine scale", 0, kFixed, Kind::kTexEnv,
      [](const Port&, const Record& r) { return Values::of(r.fScale).asking(r.fScaleParam); },
-     [](const Port&, const Record& r) { glTexEnvi(GL_TEXTURE_ENV, r.fScaleParam, static_cast<GLint>(r.fScale)); }},
+     [](const Port&, const Record& r) { glTexEnvi(GL_TEXTURE_ENV, r.fScaleParam, static_cast<GLint>(r.fScale)); },
+     &Record::fScaleUnit},
+    {"texture generation mode of s", GL_S, kFixed, Kind::kTexGen,
+     [](const Port&, const Record& r) { return generationMode(r, 0); },
+     [](const Port&, const Record& r) { sendGenerationMode(GL_S, generationMode(r, 0)); }, &Record::fTextureGenUnit},
+    {"texture generation mode of t", GL_T, kFixed, Kind::kTexGen,
+     [](const Port&, const Record& r) { return generationMode(r, 1); },
+     [](const Port&, const Record& r) { sendGenerationMode(GL_T, generationMode(r, 1)); }, &Record::fTextureGenUnit},
+    {"texture generation mode of r", GL_R, kFixed, Kind::kTexGen,
+     [](const Port&, const Record& r) { return generationMode(r, 2); },
+     [](const Port&, const Record& r) { sendGenerationMode(GL_R, generationMode(r, 2)); }, &Record::fTextureGenUnit},
+    {"texture generation of s", GL_TEXTURE_GEN_S, kFixed, Kind::kSwitch,
+     [](const Port&, const Record& r) { return generation(r, 0); },
+     [](const Port&, const Record& r) { sendSwitch(GL_TEXTURE_GEN_S, generation(r, 0)); }, &Record::fTextureGenUnit},
+    {"texture generation of t", GL_TEXTURE_GEN_T, kFixed, Kind::kSwitch,
+     [](const Port&, const Record& r) { return generation(r, 1); },
+     [](const Port&, const Record& r) { sendSwitch(GL_TEXTURE_GEN_T, generation(r, 1)); }, &Record::fTextureGenUnit},
+    {"texture generation of r", GL_TEXTURE_GEN_R, kFixed, Kind::kSwitch,
+     [](const Port&, const Record& r) { return generation(r, 2); },
+     [](const Port&, const Record& r) { sendSwitch(GL_TEXTURE_GEN_R, generation(r, 2)); }, &Record::fTextureGenUnit},
+    {"texture generation of q", GL_TEXTURE_GEN_Q, kFixed, Kind::kSwitch,
+     [](const Port&, const Record& r) { return generation(r, 3); },
+     [](const Port&, const Record& r) { sendSwitch(GL_TEXTURE_GEN_Q, generation(r, 3)); }, &Record::fTextureGenUnit},
+    {"cube mapping", GL_TEXTURE_CUBE_MAP, kFixed, Kind::kSwitch,
+     [](const Port&, const Record& r) { return cubeMapping(r); },
+     [](const Port&, const Record& r) { sendSwitch(GL_TEXTURE_CUBE_MAP, cubeMapping(r)); }, &Record::fTextureGenUnit},
     {"polygon offset fill", GL_POLYGON_OFFSET_FILL, kBoth, Kind::kSwitch,
      [](const Port& p, const Record&) { return Values::of(p.fPolygonOffsetFillOn); },
      [](const Port& p, const Record&) { enable(GL_POLYGON_OFFSET_FILL, p.fPolygonOffsetFillOn); }},
@@ -437,6 +555,7 @@ TstringArray T3dPortAudit::differences(const T3dPort& port)
         if (recorded.fCount == 0)
             continue;
         double actual[kMostValues] = {};
+        const ScopedUnit unit(*record, row.fUnit);
         ask(row.fKind, recorded.fName ? recorded.fName : row.fName, recorded.fCount, actual);
         bool same = true;
         for (int i = 0; i < recorded.fCount; ++i)
@@ -466,8 +585,10 @@ void T3dPortAudit::send(T3dPort& port)
         return;
     const bool core = port.isGLCoreViewport();
     for (const Row& row : Table::fsRows)
-        if (row.fSend && !(core && row.fPipeline == kFixed))
+        if (row.fSend && !(core && row.fPipeline == kFixed)) {
+            const ScopedUnit unit(*record, row.fUnit);
             row.fSend(port, *record);
+        }
     if (isKnown(record->fColor))
         record->fColorDisturbed = false;
     record->fValidBits.setAll();

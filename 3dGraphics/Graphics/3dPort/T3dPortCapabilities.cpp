@@ -24,7 +24,7 @@
 
 bool T3dPort::fsHasMultiTexture = false;
 bool T3dPort::fsDepreciateFixedFunction = false;
-int T3dPort::fsMaxTextureSize = 0;
+int T3dPort::fsMaxTextureSize = 4096;
 int T3dPort::fsMaxUserTextureSize = 0;
 int T3dPort::fsMaxTextureUnits = 1;
 bool T3dPort::fsCanLookUpEntryPoints = false;

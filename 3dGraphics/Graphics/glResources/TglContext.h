@@ -69,6 +69,19 @@ public:
         kCubeMapNegativeZ = GL_TEXTURE_CUBE_MAP_NEGATIVE_Z
     };
 
+    /** What an image is uploaded to: as TtextureTarget, but a cube map has one per face. */
+    enum TtextureTarget_TexImage : std::uint32_t {
+        kImage1D = GL_TEXTURE_1D,
+        kImage2D = GL_TEXTURE_2D,
+        kImage3D = GL_TEXTURE_3D,
+        kImagePositiveX = GL_TEXTURE_CUBE_MAP_POSITIVE_X,
+        kImageNegativeX = GL_TEXTURE_CUBE_MAP_NEGATIVE_X,
+        kImagePositiveY = GL_TEXTURE_CUBE_MAP_POSITIVE_Y,
+        kImageNegativeY = GL_TEXTURE_CUBE_MAP_NEGATIVE_Y,
+        kImagePositiveZ = GL_TEXTURE_CUBE_MAP_POSITIVE_Z,
+        kImageNegativeZ = GL_TEXTURE_CUBE_MAP_NEGATIVE_Z
+    };
+
     /** GL_TEXTURE0 plus the number of the unit. */
     enum TtextureUnit : std::uint32_t { kTexture0 = GL_TEXTURE0 };
 
@@ -227,7 +240,7 @@ public:
     TtextureFilter fTextureMagFilter = kLinear;
     TtextureGenMode fTextureGenMode = kGenOff;
     TtextureTarget fTextureTarget = kTexture2D;
-    TtextureUnit fTextureUnit = kTexture0;
+    TtextureUnit fTextureUnit = kTexture0; ///< last selected, for drawing or for coordinate pointers
     TtexEnvCombineParam fCombineParam = kCombineRgb;
     TtexEnvCombine fCombine = kCombineModulate;
     TtexEnvSourceParam fSourceParam = kSource0Rgb;
@@ -245,4 +258,14 @@ public:
     std::uint8_t fAlphaBits = 0;
     std::uint8_t fStencilBits = 0;
     GLenum fMatrixMode = GL_MODELVIEW; ///< the OpenGL matrix mode, not the one a port's operations address
+    TtextureUnit fServerUnit = kTexture0; ///< GL_ACTIVE_TEXTURE
+    TtextureUnit fClientUnit = kTexture0; ///< GL_CLIENT_ACTIVE_TEXTURE
+
+    // OpenGL keeps these states per unit, and the record only their last values: the units that those were sent to.
+    TtextureUnit fTextureEnvUnit = kTexture0;
+    TtextureUnit fTextureGenUnit = kTexture0;
+    TtextureUnit fCombineUnit = kTexture0;
+    TtextureUnit fSourceUnit = kTexture0;
+    TtextureUnit fOperandUnit = kTexture0;
+    TtextureUnit fScaleUnit = kTexture0;
 };

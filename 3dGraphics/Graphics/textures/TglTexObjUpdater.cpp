@@ -1,0 +1,4 @@
+#include "Graphics/textures/TglTexObjUpdater.h"
+
+TglTexObjUpdater::TglTexObjUpdater() = default;
+TglTexObjUpdater::~TglTexObjUpdater() = default;

@@ -71,6 +71,12 @@ std::vector<Disturbance> disturbances()
         {"texture unit: recorded 33984, OpenGL has 33985", [] { glActiveTexture(GL_TEXTURE1); }, true},
         {"texture environment: recorded 8448, OpenGL has 8449",
          [] { glTexEnvi(GL_TEXTURE_ENV, GL_TEXTURE_ENV_MODE, GL_DECAL); }},
+        {"client texture unit: recorded 33984, OpenGL has 33985", [] { glClientActiveTexture(GL_TEXTURE1); }},
+        {"texture generation mode of s: recorded 9218, OpenGL has 9217",
+         [] { glTexGeni(GL_S, GL_TEXTURE_GEN_MODE, GL_OBJECT_LINEAR); }},
+        {"texture generation of t: recorded 1, OpenGL has 0", [=] { flip(GL_TEXTURE_GEN_T); }},
+        {"texture generation of q: recorded 0, OpenGL has 1", [=] { flip(GL_TEXTURE_GEN_Q); }},
+        {"cube mapping: recorded 0, OpenGL has 1", [=] { flip(GL_TEXTURE_CUBE_MAP); }},
         {"polygon offset fill: recorded 0, OpenGL has 1", [=] { flip(GL_POLYGON_OFFSET_FILL); }, true},
         {"fog: recorded 1, OpenGL has 0", [=] { flip(GL_FOG); }},
         {"fog source: recorded 33874, OpenGL has 33873",
@@ -87,6 +93,7 @@ void claimAll(T3dPort& port)
     port.setFogEnabled(true);
     port.scissor(TportRect(1, 2, 31, 22), true);
     port.depthTest(true);
+    port.setTextureGenMode(TglContext::kGenSphereMap);
     port.blendFunc(T3dPort::kBlendOne, T3dPort::kBlendZero);
     port.clearColor(TportColor(0.75f, 0.75f, 0.75f, 0));
     port.clearColor(TportColor(0.75f, 0.75f, 0.75f, 1));

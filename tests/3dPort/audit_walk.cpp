@@ -59,7 +59,8 @@ private:
     void disturb()
     {
         for (const GLenum capability : {GL_BLEND, GL_CULL_FACE, GL_SCISSOR_TEST, GL_DEPTH_TEST, GL_FOG, GL_LIGHTING,
-                                        GL_DITHER, GL_LINE_STIPPLE, GL_POLYGON_OFFSET_FILL})
+                                        GL_DITHER, GL_LINE_STIPPLE, GL_POLYGON_OFFSET_FILL, GL_TEXTURE_GEN_S,
+                                        GL_TEXTURE_GEN_R, GL_TEXTURE_CUBE_MAP})
             (flag() ? glEnable : glDisable)(capability);
         glPointSize(value());
         glLineWidth(value());
@@ -75,6 +76,8 @@ private:
         glLoadIdentity();
         glTranslatef(value(), 0, 0);
         glColorMask(flag(), flag(), flag(), flag());
+        glTexEnvi(GL_TEXTURE_ENV, GL_TEXTURE_ENV_MODE, GL_BLEND);
+        glActiveTexture(GL_TEXTURE0 + below(3));
     }
 
     std::mt19937 fEngine;
@@ -101,6 +104,31 @@ const Twalk::Toperation Twalk::kOperations[] = {
 
     {"setDrawingPlanes",
      [](Twalk& d, T3dPort& p) { p.setDrawingPlanes(d.one({T3dPort::kMainPlanes, T3dPort::kSecondPlanes})); }},
+    {"setTextureEnvMode",
+     [](Twalk& d, T3dPort& p) { p.setTextureEnvMode(d.one({TglContext::kEnvModulate, TglContext::kEnvDecal})); }},
+    {"setTextureGenMode",
+     [](Twalk& d, T3dPort& p) {
+         p.setTextureGenMode(TglContext::TtextureGenMode(
+             d.one({0, GL_SPHERE_MAP, GL_OBJECT_LINEAR, GL_NORMAL_MAP, -1, -2, -3, 5})));
+     }},
+    {"setTextureCombineBlend",
+     [](Twalk& d, T3dPort& p) {
+         p.setTextureCombineBlend(d.one({TglContext::kCombineRgb, TglContext::kCombineAlpha}),
+                                  d.one({TglContext::kCombineReplace, TglContext::kCombineAdd}));
+     }},
+    {"texture parameters",
+     [](Twalk& d, T3dPort& p) {
+         p.setTextureMinFilter(d.one({TglContext::kNearest, TglContext::kLinear, TglContext::kLinearMipmapLinear}));
+         p.setTextureMagFilter(d.one({TglContext::kNearest, TglContext::kLinear}));
+         p.setTextureWrap(d.one({TglContext::kClamp, TglContext::kRepeat}));
+     }},
+    {"textureTransform",
+     [](Twalk& d, T3dPort& p) { p.textureTransform(d.value(), d.value(), 1, d.value(), 0, d.value()); }},
+    {"activeTextureUnit",
+     [](Twalk& d, T3dPort& p) { p.activeTextureUnit(TglContext::TtextureUnit(GL_TEXTURE0 + d.below(3))); }},
+    {"activeTexCoordPointer",
+     [](Twalk& d, T3dPort& p) { p.activeTexCoordPointer(TglContext::TtextureUnit(GL_TEXTURE0 + d.below(3))); }},
+
     {"initContext", [](Twalk&, T3dPort& p) { p.initContext(); }},
     {"resizeDrawingPlanes", [](Twalk&, T3dPort& p) { p.resizeDrawingPlanes(); }},
     {"pushViewport", [](Twalk& d, T3dPort& p) { p.pushViewport(d.rect()); }},

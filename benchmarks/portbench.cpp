@@ -43,6 +43,7 @@
 #include "ReadBack.h"
 #include "SolidField.h"
 #include "Text.h"
+#include "Textures.h"
 #include "UvLayout.h"
 #include "foundation/T4dDblVector.h"
 #include "foundation/Tquaternion.h"
@@ -163,7 +164,9 @@ bool Bench::run()
     const bool sameText = addTextRows(
         fFilter, *fPorts[0], [this] { bindPort(); }, *fRawWindows[0], fDisplay, fRows);
     const bool samePixels = addReadBackRow(fFilter, fDisplay, fRawHost, fRawWindows[0].get(), fRows);
-    return uvLayout() && sameSolids && samePicks && sameText && samePixels;
+    const bool sameTextures = addTextureRows(
+        fFilter, *fPorts[0], [this] { bindPort(); }, *fRawWindows[0], fRows);
+    return uvLayout() && sameSolids && samePicks && sameText && samePixels && sameTextures;
 }
 
 bool Bench::isWanted(const char* name) const

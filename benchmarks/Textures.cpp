@@ -16,7 +16,7 @@ namespace {
 
 constexpr Aim kStrip{Aim::kRatio, 1.3};
 constexpr Aim kZoom{Aim::kRatio, 1.0 / 12};
-constexpr Aim kApply{Aim::kRatio, 1.05};
+constexpr Aim kApply{Aim::kRatio, 1.1};
 constexpr int kSide = 2048;
 
 /** A picture with something of all frequencies. */

@@ -21,15 +21,16 @@ public:
     TpixelMap& operator=(const TpixelMap&) = delete;
 
     /**
-     * Makes room for @p width by @p height pixels of @p channels channels, 3 or 4, all zero; false, and an empty map, for a
-     * size that cannot be had.
+     * Makes room for @p width by @p height pixels of @p channels channels, 3 or 4, all zero; false, and an empty map,
+     * for a size that cannot be had.
      */
     bool setSize(int width, int height, int channels = kChannels);
     /** Takes @p pixels, which must hold and outlive the map's use of width * height * channels bytes. */
     bool wrap(void* pixels, int width, int height, int channels = kChannels);
     /**
      * Resamples the picture to the size of @p r (QImage, smooth), which becomes the map's rectangle; each channel for
-     * itself, alpha too. The pixels are the map's own from then on. False, and nothing changed, for an empty map, an empty
+     * itself, alpha too. The pixels are the map's own from then on. False, and nothing changed, for an empty map, an
+     * empty
      * @p r or without memory.
      */
     bool zoom(const TportRect& r);

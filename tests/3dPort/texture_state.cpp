@@ -53,9 +53,11 @@ TEST_F(TextureState, CachedSettersSendChangesOnly)
 {
     expectCalls({
         {[](T3dPort& p) { p.setTextureEnvMode(Context::kEnvModulate); }, ""},
-        {[](T3dPort& p) { p.setTextureEnvMode(Context::kEnvDecal); }, "glTexEnvi(TEXTURE_ENV, TEXTURE_ENV_MODE, DECAL)"},
+        {[](T3dPort& p) { p.setTextureEnvMode(Context::kEnvDecal); },
+         "glTexEnvi(TEXTURE_ENV, TEXTURE_ENV_MODE, DECAL)"},
         {[](T3dPort& p) { p.setTextureWrap(Context::kClamp, Context::kTextureCubeMap); },
-         "glTexParameteri(TEXTURE_CUBE_MAP, TEXTURE_WRAP_S, CLAMP) glTexParameteri(TEXTURE_CUBE_MAP, TEXTURE_WRAP_T, CLAMP)"},
+         "glTexParameteri(TEXTURE_CUBE_MAP, TEXTURE_WRAP_S, CLAMP) glTexParameteri(TEXTURE_CUBE_MAP, TEXTURE_WRAP_T, "
+         "CLAMP)"},
         {[](T3dPort& p) { p.setTextureWrap(Context::kClamp); }, ""},
         {[](T3dPort& p) { p.setTextureMinFilter(Context::kLinear); },
          "glTexParameteri(TEXTURE_2D, TEXTURE_MIN_FILTER, LINEAR)"},
@@ -70,7 +72,9 @@ TEST_F(TextureState, CachedSettersSendChangesOnly)
          "glTexEnvi(TEXTURE_ENV, OPERAND0_RGB, SRC_ALPHA)"},
         {[](T3dPort& p) { p.setTextureCombineScale(Context::kAlphaScale, Context::kScale4); },
          "glTexEnvi(TEXTURE_ENV, ALPHA_SCALE, 4)"},
-        {[](T3dPort& p) { p.setTextureGenCoord(Context::kCoordR, Context::kEyePlane, {1, 2, 3, 0.5}); },
+        {[](T3dPort& p) {
+             p.setTextureGenCoord(Context::kCoordR, Context::kEyePlane, {1, 2, 3, 0.5});
+         },
          "glTexGenfv(R, EYE_PLANE, [1 2 3 0.5])"},
     });
 }
@@ -107,8 +111,10 @@ TEST_F(TextureState, MatrixKeepsTheHalfUnitShift)
         {[](T3dPort& p) { p.textureTransform(0, 1, 1, 0, 0, 0); },
          begin + "glLoadIdentity() glTranslatef(0.5, 0.5, 0)" + end},
         {[](T3dPort& p) { p.textureTransform(30, 2, 4, 0.25f, 0.75f, 10); },
-         begin + "glLoadIdentity() glTranslatef(0.5, 0.5, 0) glRotatef(30, 0, 0, 1) glTranslatef(-0.5, -0.5, 0) "
-                 "glScalef(0.5, 0.25, 1) glTranslatef(0.25, -0.25, 0) glRotatef(-10, 0, 0, 1)" + end},
+         begin +
+             "glLoadIdentity() glTranslatef(0.5, 0.5, 0) glRotatef(30, 0, 0, 1) glTranslatef(-0.5, -0.5, 0) "
+             "glScalef(0.5, 0.25, 1) glTranslatef(0.25, -0.25, 0) glRotatef(-10, 0, 0, 1)" +
+             end},
         {[](T3dPort& p) { p.texturePopMatrix(); }, begin + "glPopMatrix()" + end},
         {[](T3dPort& p) { p.setNoTextureMatrix(true), p.texturePushMatrix(), p.textureTransform(T4dFltMatrix()); }, ""},
     });

@@ -126,8 +126,8 @@ TEST_F(TextureCalls, ApplyFollowsTheView)
     ASSERT_LT(1, port().maxTextureFilterAnistropic());
     const std::string anisotropy = "glTexParameterf(TEXTURE_2D, TEXTURE_MAX_ANISOTROPY, ";
     EXPECT_EQ("glTexEnvi(TEXTURE_ENV, TEXTURE_ENV_MODE, DECAL)\n2D(MIN_FILTER, NEAREST)\n" + std::string(kWrap) +
-                  "glBindTexture(TEXTURE_2D, N)\n2D(MIN_FILTER, NEAREST)\n2D(MAG_FILTER, LINEAR)\n" + kWrap + anisotropy +
-                  most + ")",
+                  "glBindTexture(TEXTURE_2D, N)\n2D(MIN_FILTER, NEAREST)\n2D(MAG_FILTER, LINEAR)\n" + kWrap +
+                  anisotropy + most + ")",
               applyCalls(texture));
 }
 
@@ -139,7 +139,8 @@ TEST_F(TextureCalls, CubeMapFacesInOrder)
     texture.createTextures(1);
     std::string wanted = "glBindTexture(TEXTURE_CUBE_MAP, N)";
     for (const char* face : {"POSITIVE_X", "NEGATIVE_X", "POSITIVE_Y", "NEGATIVE_Y", "POSITIVE_Z", "NEGATIVE_Z"})
-        wanted += std::string("\nglTexImage2D(TEXTURE_CUBE_MAP_") + face + ", 0, RGBA8, 4, 4, 0, RGBA, UNSIGNED_BYTE, p)";
+        wanted +=
+            std::string("\nglTexImage2D(TEXTURE_CUBE_MAP_") + face + ", 0, RGBA8, 4, 4, 0, RGBA, UNSIGNED_BYTE, p)";
     EXPECT_EQ(wanted, callsOf(texture, [&] { EXPECT_TRUE(texture.texImageCubeMap(faces)); }));
     EXPECT_FALSE(bgra.isRgba());
     EXPECT_EQ(4, bgra.width());

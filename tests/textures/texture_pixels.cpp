@@ -91,8 +91,8 @@ TEST_F(TexturePixels, SizesAreConformed)
         bool anySize;
         int conformedWidth, conformedHeight;
     };
-    static const Case kCases[] = {{100, 3, 0, false, 128, 2},   {100, 3, 0, true, 100, 3},
-                                  {96, 97, 0, false, 64, 128},  {40, 20, 16, true, 16, 16},
+    static const Case kCases[] = {{100, 3, 0, false, 128, 2},      {100, 3, 0, true, 100, 3},
+                                  {96, 97, 0, false, 64, 128},     {40, 20, 16, true, 16, 16},
                                   {1200, 2, 1000, false, 1024, 2}, {1, 3, 0, false, 1, 2}};
     const Texel left = {200, 100, 0, 255}, right = {0, 100, 250, 255};
     for (const Case& c : kCases) {
@@ -163,8 +163,8 @@ TEST_F(TexturePixels, WrapModesAndFilters)
 
 TEST_F(TexturePixels, EveryFaceOfACubeWhereItBelongs)
 {
-    static const float kDirections[6][3] = {{1, 0.1f, 0.1f},  {-1, 0.1f, 0.1f},  {0.1f, 1, 0.1f},
-                                            {0.1f, -1, 0.1f}, {0.1f, 0.1f, 1},   {0.1f, 0.1f, -1}};
+    static const float kDirections[6][3] = {{1, 0.1f, 0.1f},  {-1, 0.1f, 0.1f}, {0.1f, 1, 0.1f},
+                                            {0.1f, -1, 0.1f}, {0.1f, 0.1f, 1},  {0.1f, 0.1f, -1}};
     std::vector<std::unique_ptr<TestMap>> maps;
     TpixelMap* faces[6];
     Texel colours[6];

@@ -203,7 +203,8 @@ void T3dPort::setTextureFilterAnisotropic(float anisotropy)
 
 void T3dPort::noteUnitSentElsewhere() const
 {
-    // Units are selected in whatever context is bound. When that is not the port's, both no longer have what is recorded.
+    // Units are selected in whatever context is bound. When that is not the port's, both no longer have what is
+    // recorded.
     const QlirnGLWidget* widget = glWidget();
     const void* const own = widget ? widget->glContext()->getActiveContext() : nullptr;
     const void* const bound = glXGetCurrentContext();

@@ -13,8 +13,8 @@ public:
     ~TglTexObjUpdater() override;
 
     /**
-     * Uploads a part of @p texture again, which is bound (glTexSubImage2D). The rectangle is in texels and aligned to 32 of
-     * them, so that it may reach past the image by up to 31; it may be empty.
+     * Uploads a part of @p texture again, which is bound (glTexSubImage2D). The rectangle is in texels and aligned to
+     * 32 of them, so that it may reach past the image by up to 31; it may be empty.
      * @param reserved  always 0
      */
     virtual void update(const TglTextureObject& texture, int x, int y, int width, int height, unsigned reserved) = 0;

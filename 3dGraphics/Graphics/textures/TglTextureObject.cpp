@@ -108,9 +108,7 @@ private:
 
 } // namespace
 
-TglTextureObject::TglTextureObject() : TglTextureObject(T3dPort::fsMaxTextureSize)
-{
-}
+TglTextureObject::TglTextureObject() : TglTextureObject(T3dPort::fsMaxTextureSize) {}
 
 TglTextureObject::TglTextureObject(int maximumSize)
 {

@@ -23,9 +23,9 @@ class T3dPort;
  *     texture.apply(&port, 0);                  // binds; glEnable(GL_TEXTURE_2D) is the caller's
  * @endcode
  *
- * Copies share the OpenGL textures. Uploads go to the current context's share group, or the ports' when none is current;
- * they are right whatever the pixel-store state, and leave it as it is. Nothing reports an error: an upload that cannot be
- * done, for want of pixels, memory, a context or a usable size, is left out. GUI thread only.
+ * Copies share the OpenGL textures. Uploads go to the current context's share group, or the ports' when none is
+ * current; they are right whatever the pixel-store state, and leave it as it is. Nothing reports an error: an upload
+ * that cannot be done, for want of pixels, memory, a context or a usable size, is left out. GUI thread only.
  */
 class LIRN_3DGRAPHICS_EXPORT TglTextureObject
 {
@@ -66,22 +66,22 @@ public:
     /**
      * Uploads image @p index (glTexImage2D, gluBuild2DMipmaps).
      * @param width, height  in texels, 1 to 65535
-     * @param pixels  rows without gaps, the bottom one first: bytes of RGB for 3 @p components, of RGBA for 4. Other counts
-     *                keep the format of the image before, and take 4 bytes a texel.
+     * @param pixels  rows without gaps, the bottom one first: bytes of RGB for 3 @p components, of RGBA for 4. Other
+     * counts keep the format of the image before, and take 4 bytes a texel.
      */
     void texImage2D(int width, int height, unsigned* pixels, unsigned char components, unsigned index);
     /**
-     * Uploads @p map as image @p index. The map itself is brought to RGBA order and, where it has to be, to a size that can
-     * be uploaded. An alpha channel that is full everywhere is left out unless @p keepAlpha; without kDetectAlpha every one
-     * is. It stays where scale or bias change it.
+     * Uploads @p map as image @p index. The map itself is brought to RGBA order and, where it has to be, to a size that
+     * can be uploaded. An alpha channel that is full everywhere is left out unless @p keepAlpha; without kDetectAlpha
+     * every one is. It stays where scale or bias change it.
      */
     void texImage2D(TpixelMap* map, bool keepAlpha, unsigned index);
     /** Makes this a sphere map: uploads @p map, with its alpha, as image 0, and generates GL_SPHERE_MAP coordinates. */
     void texImageSphereMap(TpixelMap* map, bool keepAlpha);
     /**
-     * Makes this a cube map of the six @p maps +X, -X, +Y, -Y, +Z, -Z, and generates GL_REFLECTION_MAP coordinates. All are
-     * brought to one size in place; their channel order stays. False without one of the maps or its pixels; there is no
-     * OpenGL texture then.
+     * Makes this a cube map of the six @p maps +X, -X, +Y, -Y, +Z, -Z, and generates GL_REFLECTION_MAP coordinates. All
+     * are brought to one size in place; their channel order stays. False without one of the maps or its pixels; there
+     * is no OpenGL texture then.
      */
     bool texImageCubeMap(TpixelMap** maps);
     /** Keeps @p map as that of image @p index and describes it in getTextureInfo. Uploads nothing. */
@@ -89,8 +89,8 @@ public:
     const TsharedPixelMapArray& pixelMaps() const { return fPixelMaps; }
     /**
      * Resamples @p map to a size that can be uploaded: no side above the maximum, and without
-     * T3dPort::haveNonPowerTwoTexture each rounded to the nearer power of two, the smaller one from half way. Rounding may
-     * lead above a maximum that is no power of two.
+     * T3dPort::haveNonPowerTwoTexture each rounded to the nearer power of two, the smaller one from half way. Rounding
+     * may lead above a maximum that is no power of two.
      */
     void conformPixelMapHardwareSize(TpixelMap* map);
     /** Copies the first three of every four bytes. False, and nothing done, for a @p count of 0 pixels or null. */

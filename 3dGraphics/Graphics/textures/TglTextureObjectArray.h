@@ -13,7 +13,8 @@ class LIRN_3DGRAPHICS_EXPORT TglTextureObjectArray : public TelementArray<TglTex
 public:
     using TelementArray::TelementArray;
 
-    /** Makes the elements from @p first up to but not including @p last new ones, as many as are missing at the end too. */
+    /** Makes the elements from @p first up to but not including @p last new ones, as many as are missing at the end
+     * too. */
     void construct(unsigned first, unsigned last);
     /** Destroys the elements from @p first up to but not including @p last; those after them move down. */
     void destruct(unsigned first, unsigned last);

@@ -28,8 +28,8 @@ typedef struct
     Window window;
     GLXContext context;
     GLuint knot;
-    int turn;       /* about the vertical axis, degrees */
-    int tilt;       /* about the horizontal axis, degrees */
+    int turn; /* about the vertical axis, degrees */
+    int tilt; /* about the horizontal axis, degrees */
     int dragX, dragY;
     int framesLeft; /* of a run without a user; -1 for a run with one */
     const char* snapshot;
@@ -278,10 +278,16 @@ static void onInput(Widget area, XtPointer client, XtPointer call)
     case KeyRelease: {
         const KeySym key = XkbKeycodeToKeysym(XtDisplay(area), event->xkey.keycode, 0, 0);
         const char* name = XKeysymToString(key);
-        snprintf(app->input, sizeof(app->input), "key %s %s", name ? name : "?", event->type == KeyPress ? "down" : "up");
+        snprintf(app->input, sizeof(app->input), "key %s %s", name ? name : "?",
+                 event->type == KeyPress ? "down" : "up");
         if (event->type == KeyPress)
-            view(app, app->turn + (key == XK_Right ? 5 : key == XK_Left ? -5 : 0),
-                 app->tilt + (key == XK_Down ? 5 : key == XK_Up ? -5 : 0));
+            view(app,
+                 app->turn + (key == XK_Right  ? 5
+                              : key == XK_Left ? -5
+                                               : 0),
+                 app->tilt + (key == XK_Down ? 5
+                              : key == XK_Up ? -5
+                                             : 0));
         break;
     }
     case MotionNotify:
@@ -349,8 +355,8 @@ static Widget addMenu(Widget bar, const char* label, const char* entries[], XtCa
 
 static void makeWindow(App* app)
 {
-    static int smooth[] = {GLX_RGBA,           GLX_RED_SIZE, 8,        GLX_GREEN_SIZE, 8, GLX_BLUE_SIZE, 8, GLX_DEPTH_SIZE, 16,
-                           GLX_SAMPLE_BUFFERS, 1,            GLX_SAMPLES, 4,           GLX_DOUBLEBUFFER, None};
+    static int smooth[] = {GLX_RGBA, GLX_RED_SIZE,       8, GLX_GREEN_SIZE, 8, GLX_BLUE_SIZE,    8,   GLX_DEPTH_SIZE,
+                           16,       GLX_SAMPLE_BUFFERS, 1, GLX_SAMPLES,    4, GLX_DOUBLEBUFFER, None};
     XVisualInfo* visual = glXChooseVisual(XtDisplay(app->shell), DefaultScreen(XtDisplay(app->shell)), smooth);
 
     Widget window = XtVaCreateManagedWidget("window", xmMainWindowWidgetClass, app->shell, NULL);
@@ -367,14 +373,14 @@ static void makeWindow(App* app)
     app->toggle = XtVaCreateManagedWidget("Secondary window", xmToggleButtonWidgetClass, form, XmNrightAttachment,
                                           XmATTACH_FORM, XmNbottomAttachment, XmATTACH_WIDGET, XmNbottomWidget,
                                           app->status, XmNmarginWidth, 6, NULL);
-    app->scale = XtVaCreateManagedWidget(
-        "scale", xmScaleWidgetClass, form, XmNorientation, XmHORIZONTAL, XmNmaximum, 359, XmNvalue, app->turn, XmNshowValue,
-        True, XmNleftAttachment, XmATTACH_FORM, XmNrightAttachment, XmATTACH_WIDGET, XmNrightWidget, app->toggle,
-        XmNbottomAttachment, XmATTACH_WIDGET, XmNbottomWidget, app->status, NULL);
-    Widget frame = XtVaCreateManagedWidget("frame", xmFrameWidgetClass, form, XmNshadowType, XmSHADOW_IN,
-                                           XmNtopAttachment, XmATTACH_FORM, XmNleftAttachment, XmATTACH_FORM,
-                                           XmNrightAttachment, XmATTACH_FORM, XmNbottomAttachment, XmATTACH_WIDGET,
-                                           XmNbottomWidget, app->scale, NULL);
+    app->scale = XtVaCreateManagedWidget("scale", xmScaleWidgetClass, form, XmNorientation, XmHORIZONTAL, XmNmaximum,
+                                         359, XmNvalue, app->turn, XmNshowValue, True, XmNleftAttachment, XmATTACH_FORM,
+                                         XmNrightAttachment, XmATTACH_WIDGET, XmNrightWidget, app->toggle,
+                                         XmNbottomAttachment, XmATTACH_WIDGET, XmNbottomWidget, app->status, NULL);
+    Widget frame =
+        XtVaCreateManagedWidget("frame", xmFrameWidgetClass, form, XmNshadowType, XmSHADOW_IN, XmNtopAttachment,
+                                XmATTACH_FORM, XmNleftAttachment, XmATTACH_FORM, XmNrightAttachment, XmATTACH_FORM,
+                                XmNbottomAttachment, XmATTACH_WIDGET, XmNbottomWidget, app->scale, NULL);
     Arg arguments[4];
     Cardinal n = 0;
     XtSetArg(arguments[n], XmNwidth, 720), ++n;

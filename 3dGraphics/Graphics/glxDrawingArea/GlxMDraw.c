@@ -13,8 +13,8 @@ enum {
     kTransparentIndexValue = 36 /* GLX_TRANSPARENT_INDEX_VALUE_EXT, for glXGetConfig */
 };
 
-static int gsDefaultConfig[] = {
-    GLX_RGBA, GLX_RED_SIZE, 3, GLX_BLUE_SIZE, 3, GLX_GREEN_SIZE, 3, GLX_DEPTH_SIZE, 12, GLX_DOUBLEBUFFER, None};
+static int gsDefaultConfig[] = {GLX_RGBA, GLX_RED_SIZE,   3,  GLX_BLUE_SIZE,    3,   GLX_GREEN_SIZE,
+                                3,        GLX_DEPTH_SIZE, 12, GLX_DOUBLEBUFFER, None};
 
 static char gsTranslations[] = "<KeyDown>:\tglxInput() \n     <KeyUp>:\tglxInput() \n     <BtnDown>: glxInput() \n"
                                "     <BtnUp>:   glxInput() \n     <BtnMotion>: glxInput()";
@@ -45,8 +45,8 @@ static void failWithoutOpenGL(GlxMDrawWidget w)
 /* Contexts */
 
 /*
- * The contexts that the class has made and not yet destroyed, oldest first. The oldest shared one of a screen is what new
- * ones share with: when it goes, the next one still has the lists.
+ * The contexts that the class has made and not yet destroyed, oldest first. The oldest shared one of a screen is what
+ * new ones share with: when it goes, the next one still has the lists.
  */
 typedef struct MadeContext
 {
@@ -200,8 +200,7 @@ static void prepareSecondary(GlxMDrawWidget w)
         /* The widget's own colormap can be of one visual only. */
         const Boolean isOwnUsable =
             !p->overrideColormap && p->visualInfo && p->visualInfo->visual == p->secondaryVisual->visual;
-        p->secondaryColormap =
-            chooseColormap(w, p->alternateSecondaryColormap, isOwnUsable, p->secondaryVisual, owned);
+        p->secondaryColormap = chooseColormap(w, p->alternateSecondaryColormap, isOwnUsable, p->secondaryVisual, owned);
     }
 }
 
@@ -532,7 +531,10 @@ typedef struct
     size_t size;
 } FixedResource;
 
-#define FIXED(name, field) {name, offsetof(GlxMDrawPart, field), sizeof(((GlxMDrawPart*)NULL)->field)}
+#define FIXED(name, field)                                                                                             \
+    {                                                                                                                  \
+        name, offsetof(GlxMDrawPart, field), sizeof(((GlxMDrawPart*)NULL)->field)                                      \
+    }
 
 static const FixedResource gsFixedResources[] = {
     FIXED(GlxNglxConfig, glxConfig),
@@ -588,9 +590,9 @@ static void setOverlay(const GlxMDrawPart* before, GlxMDrawWidget w)
             releaseContext(&p->ownedByOverlay);
             holdContext(w, p->overlayGlxContext, NULL, NULL, &p->ownedByOverlay);
         }
-    } else if (p->useOverlay && (!before->useOverlay || p->overlayVisual != before->overlayVisual ||
-                                 p->overlyGlxConfig != before->overlyGlxConfig ||
-                                 p->overlayGlxContext != before->overlayGlxContext)) {
+    } else if (p->useOverlay &&
+               (!before->useOverlay || p->overlayVisual != before->overlayVisual ||
+                p->overlyGlxConfig != before->overlyGlxConfig || p->overlayGlxContext != before->overlayGlxContext)) {
         prepareOverlay(w);
         if (XtIsRealized((Widget)w))
             createOverlayWindow(w);

@@ -1,9 +1,9 @@
 #pragma once
 
 /**
- * GlxMDraw, a Motif drawing area for OpenGL: a primitive widget whose window has a GLX visual and a GLX context, and that
- * reports exposure, resizing and input through callbacks. Besides its main window it can have a secondary one, with a
- * visual and a context of its own, and an overlay that covers the one in use. For C and C++.
+ * GlxMDraw, a Motif drawing area for OpenGL: a primitive widget whose window has a GLX visual and a GLX context, and
+ * that reports exposure, resizing and input through callbacks. Besides its main window it can have a secondary one,
+ * with a visual and a context of its own, and an overlay that covers the one in use. For C and C++.
  *
  *     Widget area = GlXCreateMDraw(form, "area", args, count);
  *     XtAddCallback(area, GlxNexposeCallback, draw, NULL);
@@ -30,13 +30,14 @@ extern "C" {
 #endif
 
 /*
- * Resources. An attribute list is one of glXChooseVisual: int*, ended by None. It, like a visual or context that is given,
- * stays its owner's, is read while the widget lives, and is not freed. What the widget made itself goes with the widget.
- * Unless something else is said, a resource can be given when the widget is created and read later; a change is refused
- * with a warning.
+ * Resources. An attribute list is one of glXChooseVisual: int*, ended by None. It, like a visual or context that is
+ * given, stays its owner's, is read while the widget lives, and is not freed. What the widget made itself goes with the
+ * widget. Unless something else is said, a resource can be given when the widget is created and read later; a change is
+ * refused with a warning.
  */
 
-/** int*: what the main window's visual has to offer. Null means the default, a double-buffered RGBA visual with depth. */
+/** int*: what the main window's visual has to offer. Null means the default, a double-buffered RGBA visual with depth.
+ */
 #define GlxNglxConfig "glxConfig"
 /** GLXContext of the main window, for a visual like the chosen one; one is created when none is given. */
 #define GlxNglxContext "glxContext"
@@ -50,7 +51,8 @@ extern "C" {
 #define GlxNinputCallback "inputCallback"
 /** Called when the size has changed: XmCR_RESIZE, no event, window and context of the one of the two that is shown. */
 #define GlxNresizeCallback "resizeCallback"
-/** Called when the main or the secondary window has to be drawn: XmCR_EXPOSE, the event, that window and its context. */
+/** Called when the main or the secondary window has to be drawn: XmCR_EXPOSE, the event, that window and its context.
+ */
 #define GlxNexposeCallback "exposeCallback"
 /** XVisualInfo* of the main window; taken instead of choosing one when it is given. */
 #define GlxNvisualInfo "visualInfo"
@@ -74,11 +76,13 @@ extern "C" {
 #define GlxNoverlayGlxContext "overlayGlxContext"
 /** Called when the overlay has to be drawn: XmCR_EXPOSE, the event, the overlay window and its context. */
 #define GlxNoverlayExposeCallback "overlayExposeCallback"
-/** int*: what the secondary window's visual has to offer; null for no secondary window. The default is the main one's. */
+/** int*: what the secondary window's visual has to offer; null for no secondary window. The default is the main one's.
+ */
 #define GlxNglxConfigSecondary "glxConfigSecondary"
 /** Window: the secondary one, a child of the main one. To be read. */
 #define GlxNsecondaryWindow "secondaryWindow"
-/** Boolean, may be set: shows the secondary window, with the viewport and the matrices of the main one, or goes back. */
+/** Boolean, may be set: shows the secondary window, with the viewport and the matrices of the main one, or goes back.
+ */
 #define GlxNselectSecondaryContext "selectSecondaryContext"
 /** Colormap of the secondary window. */
 #define GlxNalternateSecondaryColormap "alternateSecondaryColormap"
@@ -93,11 +97,11 @@ extern "C" {
 /** What a callback is given. */
 typedef struct
 {
-    int reason;       /**< XmCR_EXPOSE (38), XmCR_RESIZE (39), XmCR_INPUT (40) or XmCR_NONE */
-    XEvent* event;    /**< null where no event is the cause */
-    Window window;    /**< the window concerned */
-    Dimension width;  /**< of the widget, in pixels */
-    Dimension height; /**< of the widget, in pixels */
+    int reason;         /**< XmCR_EXPOSE (38), XmCR_RESIZE (39), XmCR_INPUT (40) or XmCR_NONE */
+    XEvent* event;      /**< null where no event is the cause */
+    Window window;      /**< the window concerned */
+    Dimension width;    /**< of the widget, in pixels */
+    Dimension height;   /**< of the widget, in pixels */
     GLXContext context; /**< of the window concerned, for glXMakeCurrent; null when no visual could be had */
 } GlxMDrawCallbackStruct;
 
@@ -109,12 +113,13 @@ LIRN_3DGRAPHICS_EXPORT Widget GlXCreateMDraw(Widget parent, const char* name, Ar
 
 /**
  * Leaves the widget's windows at rest: drops the events waiting for them, finishes the drawing of the main context
- * (glFinish), which becomes the current one, flushes that of the secondary one, and gives up the overlay. For a realized
- * widget; without effect on another. Destroying the widget does it too.
+ * (glFinish), which becomes the current one, flushes that of the secondary one, and gives up the overlay. For a
+ * realized widget; without effect on another. Destroying the widget does it too.
  */
 LIRN_3DGRAPHICS_EXPORT void GlXCleanUpMDraw(Widget widget);
 
-/** The transparent pixel of the overlay visual chosen last (GLX_TRANSPARENT_INDEX_VALUE_EXT), to clear an overlay to. */
+/** The transparent pixel of the overlay visual chosen last (GLX_TRANSPARENT_INDEX_VALUE_EXT), to clear an overlay to.
+ */
 LIRN_3DGRAPHICS_EXPORT int GlXTransparentIndexMDraw(void);
 
 #ifdef __cplusplus

@@ -8,10 +8,7 @@
 #include <stdio.h>
 #include <string.h>
 
-enum {
-    kDefaultSize = 100,
-    kTransparentIndexValue = 36 /* GLX_TRANSPARENT_INDEX_VALUE_EXT, for glXGetConfig */
-};
+enum { kDefaultSize = 100 };
 
 static int gsDefaultConfig[] = {GLX_RGBA, GLX_RED_SIZE,   3,  GLX_BLUE_SIZE,    3,   GLX_GREEN_SIZE,
                                 3,        GLX_DEPTH_SIZE, 12, GLX_DOUBLEBUFFER, None};
@@ -142,17 +139,15 @@ static void releaseOwned(GlxMDrawWidget w, GlxMDrawOwned* owned)
 
 /* Visuals and colormaps */
 
-/* The given visual, or else one for the attribute list; none when the list is null or asks too much. */
-static XVisualInfo* chooseVisual(GlxMDrawWidget w, XVisualInfo* given, int* config, GlxMDrawOwned* owned)
+/* A visual for the attribute list; none when the list is null or asks too much. */
+static XVisualInfo* chooseVisual(GlxMDrawWidget w, int* config, GlxMDrawOwned* owned)
 {
-    static Boolean isFailureTold = True;
-    if (given)
-        return given;
+    static Boolean isFailureToTell = True;
     if (config)
         owned->visual = glXChooseVisual(XtDisplay(w), XScreenNumberOfScreen(XtScreen(w)), config);
-    if (!owned->visual && isFailureTold) {
+    if (!owned->visual && isFailureToTell) {
         fputs("glXChooseVisual failed, check XServer visual configurations\n", stderr);
-        isFailureTold = False;
+        isFailureToTell = False;
     }
     return owned->visual;
 }
@@ -182,8 +177,10 @@ static void prepareMain(GlxMDrawWidget w)
 {
     GlxMDrawPart* p = &w->drawingArea;
     GlxMDrawOwned* owned = &p->ownedByMain;
-    p->visualInfo = chooseVisual(w, p->visualInfo, p->glxConfig ? p->glxConfig : gsDefaultConfig, owned);
-    if (p->visualInfo) {
+    p->visualInfo = chooseVisual(w, p->glxConfig ? p->glxConfig : gsDefaultConfig, owned);
+    if (!p->visualInfo) {
+        p->glxContext = NULL; /* one that was given has no window that suits it */
+    } else {
         w->core.colormap = chooseColormap(w, p->alternateColormap, !p->overrideColormap, p->visualInfo, owned);
         w->core.depth = p->visualInfo->depth;
         p->glxContext = holdContext(w, p->glxContext, p->visualInfo, contextToShareWith(w), owned);
@@ -195,7 +192,7 @@ static void prepareSecondary(GlxMDrawWidget w)
     GlxMDrawPart* p = &w->drawingArea;
     GlxMDrawOwned* owned = &p->ownedBySecondary;
     if (p->glxConfigSecondary)
-        p->secondaryVisual = chooseVisual(w, NULL, p->glxConfigSecondary, owned);
+        p->secondaryVisual = chooseVisual(w, p->glxConfigSecondary, owned);
     if (p->secondaryVisual) {
         /* The widget's own colormap can be of one visual only. */
         const Boolean isOwnUsable =
@@ -218,7 +215,8 @@ static void prepareOverlay(GlxMDrawWidget w)
     if (p->overlayGlxContext == held && !madeContext(held))
         p->overlayGlxContext = NULL;
 
-    p->overlayVisual = chooseVisual(w, p->overlayVisual, p->overlyGlxConfig, owned);
+    if (!p->overlayVisual)
+        p->overlayVisual = chooseVisual(w, p->overlyGlxConfig, owned);
     if (!p->overlayVisual)
         return;
     p->overlayDepth = p->overlayVisual->depth;
@@ -226,7 +224,7 @@ static void prepareOverlay(GlxMDrawWidget w)
         p->overlayColormap = createColormap(w, p->overlayVisual, owned);
     p->overlayGlxContext = holdContext(w, p->overlayGlxContext, p->overlayVisual, contextToShareWith(w), owned);
     int index = 0;
-    if (glXGetConfig(XtDisplay(w), p->overlayVisual, kTransparentIndexValue, &index) == 0)
+    if (glXGetConfig(XtDisplay(w), p->overlayVisual, GLX_TRANSPARENT_INDEX_VALUE_EXT, &index) == 0)
         gsTransparentIndex = index;
 }
 
@@ -274,6 +272,13 @@ static void createSecondaryWindow(GlxMDrawWidget w)
     attributes.colormap = p->secondaryColormap;
     attributes.event_mask = ExposureMask | SubstructureNotifyMask; /* the latter for an overlay in it */
     p->secondaryWindow = createWindow(w, p->mainWindow, p->secondaryVisual, CWEventMask, &attributes);
+}
+
+/* A context that stays must not be left on a window that goes. */
+static void leaveWindow(GlxMDrawWidget w, Window window)
+{
+    if (window && glXGetCurrentDrawable() == window)
+        GlxMDrawMakeCurrent(XtDisplay(w), None, NULL);
 }
 
 static void forgetOverlay(GlxMDrawWidget w)
@@ -395,11 +400,7 @@ static void switchWindow(GlxMDrawWidget w, Boolean isToSecondary)
         glLoadMatrixd(modelView);
     }
     XRaiseWindow(display, to);
-    /* Whether the main window is mapped is for its parent to say. */
-    if (isToSecondary)
-        XMapWindow(display, to);
-    else if (XtIsManaged((Widget)w) && w->core.mapped_when_managed)
-        XMapWindow(display, to);
+    XMapWindow(display, to);
     if (!isToSecondary)
         XUnmapWindow(display, from);
 }
@@ -575,6 +576,7 @@ static void setOverlay(const GlxMDrawPart* before, GlxMDrawWidget w)
     const Window overlay = liveOverlay(w);
     if (overlay && !p->useOverlay) {
         forgetOverlay(w);
+        leaveWindow(w, overlay);
         XDestroyWindow(XtDisplay(w), overlay);
     } else if (overlay) {
         if (!p->overlayColormap)
@@ -592,7 +594,8 @@ static void setOverlay(const GlxMDrawPart* before, GlxMDrawWidget w)
         }
     } else if (p->useOverlay &&
                (!before->useOverlay || p->overlayVisual != before->overlayVisual ||
-                p->overlyGlxConfig != before->overlyGlxConfig || p->overlayGlxContext != before->overlayGlxContext)) {
+                p->overlyGlxConfig != before->overlyGlxConfig || p->overlayGlxContext != before->overlayGlxContext ||
+                p->overlayColormap != before->overlayColormap)) {
         prepareOverlay(w);
         if (XtIsRealized((Widget)w))
             createOverlayWindow(w);
@@ -637,10 +640,11 @@ static void destroy(Widget widget)
     GlxMDrawWidget w = (GlxMDrawWidget)widget;
     GlxMDrawPart* p = &w->drawingArea;
     GlXCleanUpMDraw(widget);
+    if (XtIsRealized(widget)) {
+        leaveWindow(w, p->mainWindow);
+        leaveWindow(w, p->secondaryWindow);
+    }
     forgetWindows(w);
-    /* A context that stays must not be left on a window that goes. */
-    if (XtIsRealized(widget) && glXGetCurrentDrawable() == p->mainWindow)
-        GlxMDrawMakeCurrent(XtDisplay(w), None, NULL);
     releaseOwned(w, &p->ownedBySecondary);
     releaseOwned(w, &p->ownedByOverlay);
     releaseOwned(w, &p->ownedByMain);

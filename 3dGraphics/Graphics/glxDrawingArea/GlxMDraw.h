@@ -33,7 +33,7 @@ extern "C" {
  * Resources. An attribute list is one of glXChooseVisual: int*, ended by None. It, like a visual or context that is
  * given, stays its owner's, is read while the widget lives, and is not freed. What the widget made itself goes with the
  * widget. Unless something else is said, a resource can be given when the widget is created and read later; a change is
- * refused with a warning.
+ * refused with a warning. The callback lists can be changed as in every widget.
  */
 
 /** int*: what the main window's visual has to offer. Null means the default, a double-buffered RGBA visual with depth.
@@ -54,7 +54,7 @@ extern "C" {
 /** Called when the main or the secondary window has to be drawn: XmCR_EXPOSE, the event, that window and its context.
  */
 #define GlxNexposeCallback "exposeCallback"
-/** XVisualInfo* of the main window; taken instead of choosing one when it is given. */
+/** XVisualInfo* chosen for the main window, null when none could be had. To be read. */
 #define GlxNvisualInfo "visualInfo"
 /** Boolean: a new colormap rather than the widget's own, where no alternate one is given. */
 #define GlxNoverrideColormap "overrideColormap"

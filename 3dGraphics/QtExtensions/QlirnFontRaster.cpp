@@ -17,6 +17,8 @@ namespace {
 
 constexpr int kMaxWeight = 99;
 constexpr int kMaxStretch = 4000;
+// Deprecated by name in Qt 5, where it smooths the lines of smooth text.
+constexpr auto kHighQuality = QPainter::RenderHint(0x08);
 
 QString fromUtf8(const Tstring& text)
 {
@@ -237,7 +239,7 @@ bool QlirnFontRaster::drawTextImage(const QString& text, int width, bool smooth,
     QPainter painter(&image);
     painter.setFont(*fFont);
     painter.setPen(QColor(255, 255, 255, 255));
-    painter.setRenderHint(QPainter::TextAntialiasing);
+    painter.setRenderHints(QPainter::TextAntialiasing | kHighQuality);
     painter.setCompositionMode(QPainter::CompositionMode_SourceOver);
     painter.drawText(QRect(QPoint(0, 0), QPoint(width - 1, fHeight - 1)), Qt::AlignCenter, text);
     painter.end();
@@ -257,7 +259,7 @@ bool QlirnFontRaster::drawTextImage(const QString& text, int width, bool smooth,
 
 void QlirnFontRaster::findSpill(unsigned char code, bool smooth, Spill& spill) const
 {
-    const int margin = 4 * fHeight; // hinting of very small sizes leaves long streaks
+    const int margin = std::min(4 * fHeight, fHeight / 2 + 96); // hinting of very small sizes leaves long streaks
     const int width = fWidths[code];
     const int stride = width + 2 * margin;
     std::vector<unsigned char> image(static_cast<std::size_t>(stride) * static_cast<std::size_t>(fHeight));

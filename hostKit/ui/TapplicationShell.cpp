@@ -1,14 +1,21 @@
 #include "ui/TapplicationShell.h"
 
 #include <QGuiApplication>
+#include <QPointer>
 #include <QX11Info>
 
 const TapplicationShell* TapplicationShell::current()
 {
-    static TapplicationShell shell;
-    if (!qApp || !QX11Info::isPlatformX11())
+    // Every text that is drawn comes by, and Qt looks its display up by name.
+    static thread_local TapplicationShell shell;
+    static thread_local QPointer<QCoreApplication> application;
+    if (!qApp)
         return nullptr;
-    shell.fDisplay = QX11Info::display();
-    shell.fScreen = QX11Info::appScreen();
+    if (!shell.fDisplay || application != qApp) {
+        application = qApp;
+        const bool isOnX = QX11Info::isPlatformX11();
+        shell.fDisplay = isOnX ? QX11Info::display() : nullptr;
+        shell.fScreen = isOnX ? QX11Info::appScreen() : 0;
+    }
     return shell.fDisplay ? &shell : nullptr;
 }

@@ -6,7 +6,7 @@ struct _XDisplay;
 class TapplicationShell
 {
 public:
-    /** The application's shell; null before there is an application, and for one that is not on X. */
+    /** The application's shell; null before there is an application, and for one that is not on X. For any thread. */
     static const TapplicationShell* current();
 
     _XDisplay* display() const { return fDisplay; }

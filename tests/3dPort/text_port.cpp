@@ -137,7 +137,6 @@ TEST_F(PortText, WhatIsMadeWhileAListIsCompiledLeavesListAndErrorsAlone)
     port().text({10, 20, 0}, kText, T3dPort::kLeft);
     port().bitmap(90.2f, 40.2f, 0.0f, TglBitmap::kFilledSquare);
     port().endList();
-    EXPECT_NE(TglBitmap::kFilledSquare.fBits, nullptr);
     EXPECT_THAT(white(), testing::IsEmpty());
     list.call();
     XText::Pixels wanted = moved(x.pixels(kText), 10, 20, kAll);
@@ -152,31 +151,27 @@ TEST_F(PortText, WhatIsMadeWhileAListIsCompiledLeavesListAndErrorsAlone)
 
 TEST_F(PortText, BitmapsCompileOnceAndAreCalledFromThenOn)
 {
-    const std::pair<const TglBitmap*, const char*> markers[] = {
-        {&TglBitmap::kCircle, ".###.#...##...##...#.###."}, // rows, the top one first
-        {&TglBitmap::kFilledDiamond, "..#...###.#####.###...#.."}};
-    for (const auto& [marker, rows] : markers) {
-        XText::Pixels wanted;
-        for (int i = 0; i < 25; ++i)
-            if (rows[i] == '#')
-                wanted.emplace(30 + i % 5 - 2, 20 - (i / 5 - 2));
-        const TglBitmap copy(*marker);
-        GlRecorder recorder;
-        for (const bool isFirst : {true, false}) {
-            clear();
-            port().setCurrentContext();
-            recorder.start();
-            isFirst ? port().bitmap(T4dDblPoint(30.2, 20.2, 0), *marker)
-                    : port().bitmap(30.2f, 20.2f, 0.0f, marker);
-            recorder.stop();
-            EXPECT_EQ(recorder.count("glBitmap"), isFirst) << recorder.text();
-            EXPECT_EQ(white(), wanted) << rows << isFirst;
-        }
-        EXPECT_EQ(recorder.names(), (std::vector<std::string>{"glRasterPos3f", "glCallList"}));
-        EXPECT_EQ(marker->fBits, nullptr);
-        EXPECT_NE(copy.fBits, nullptr);
-        EXPECT_EQ(TglBitmap(*marker).fList, marker->fList);
+    const char* const rows[] = {"  .  ", " ... ", ". . .", "  .  ", "  .  "};
+    const TglBitmap marker(rows, 5, 5, 2, 2);
+    XText::Pixels wanted;
+    for (int i = 0; i < 25; ++i)
+        if (rows[i / 5][i % 5] != ' ')
+            wanted.emplace(30 + i % 5 - 2, 20 - (i / 5 - 2));
+    const TglBitmap copy(marker);
+    GlRecorder recorder;
+    for (const bool isFirst : {true, false}) {
+        clear();
+        port().setCurrentContext();
+        recorder.start();
+        isFirst ? port().bitmap(T4dDblPoint(30.2, 20.2, 0), marker) : port().bitmap(30.2f, 20.2f, 0.0f, &marker);
+        recorder.stop();
+        EXPECT_EQ(recorder.count("glBitmap"), isFirst) << recorder.text();
+        EXPECT_EQ(white(), wanted) << isFirst;
     }
+    EXPECT_EQ(recorder.names(), (std::vector<std::string>{"glRasterPos3f", "glCallList"}));
+    EXPECT_EQ(marker.fBits, nullptr);
+    EXPECT_NE(copy.fBits, nullptr);
+    EXPECT_EQ(TglBitmap(marker).fList, marker.fList);
     port().bitmap(1, 2, 3, nullptr);
     port().bitmap(1, 2, 3, TglBitmap(static_cast<const char*>(nullptr)));
 }

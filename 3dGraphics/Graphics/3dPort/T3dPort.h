@@ -875,8 +875,8 @@ public:
     void outline_cone(short colorIndex);
     void outline_cone(const T4dDblPoint& centre, float radius, float height, short colorIndex);
 
-    // Text and bitmaps, upright and of their own size whatever the matrices are. They stand at the window pixel and the
-    // depth of a point, and leave the raster position behind.
+    // Text and bitmaps, upright and of their own size whatever the matrices are. They stand at the window pixel of a
+    // point, bitmaps at its depth too, and leave the raster position behind.
 
     /** The font of text. */
     const TglFont& font() const { return fFont; }
@@ -887,7 +887,7 @@ public:
      *
      * A background leaves blending off, whatever it was, and the blend factors GL_ONE and GL_ONE_MINUS_SRC_ALPHA, so that
      * a colour with opacity is to be given with red, green and blue multiplied by it. OpenGL's list base is 0 afterwards.
-     * The depth of the text is half of what the point has from the near plane.
+     * The depth of the text is half of what the point has from the far plane: (1 - depth) / 2.
      *
      * @param boxSize     pixels of the box, of which the point is the lower left corner, or the middle or the right end
      *                    of the lower edge; null for the extent of the text

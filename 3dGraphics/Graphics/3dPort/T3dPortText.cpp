@@ -3,6 +3,7 @@
 #include "Graphics/3dPort/T3dPort.h"
 
 #include "Graphics/glResources/TglBitmap.h"
+#include "Graphics/glResources/TglPixelStoreGuard.h"
 #include "foundation/T2Int32.h"
 #include "foundation/T4dDblPoint.h"
 #include "ui/TapplicationShell.h"
@@ -147,11 +148,8 @@ void T3dPort::drawBitmap(const TglBitmap& bm)
     const TcountedPtr<TglListId> made = TglListId::toCompile();
     bm.fList = made;
     glPushAttrib(GL_PIXEL_MODE_BIT);
-    // The alignment is the client's: it is set when the list is compiled and is no part of it. Nothing else that the host
-    // has set there holds for these bits.
-    glPushClientAttrib(GL_CLIENT_PIXEL_STORE_BIT);
-    for (const GLenum setting : {GL_UNPACK_ROW_LENGTH, GL_UNPACK_SKIP_ROWS, GL_UNPACK_SKIP_PIXELS, GL_UNPACK_LSB_FIRST})
-        glPixelStorei(setting, 0);
+    // The alignment is the client's: it is set when the list is compiled and is no part of it.
+    const TglPixelStoreGuard store(TglPixelStoreGuard::kUnpack);
     if (made)
         glNewList(made->first(), GL_COMPILE_AND_EXECUTE);
     glPixelStorei(GL_UNPACK_ALIGNMENT, 2);
@@ -162,7 +160,6 @@ void T3dPort::drawBitmap(const TglBitmap& bm)
         bm.fBits.reset();
         glEndList();
     }
-    glPopClientAttrib();
     glPopAttrib();
 }
 

@@ -116,8 +116,11 @@ TglFont::TglFontRef::TglFontRef(const char* name, float size) : fName(name), fSi
 TglFont::TglFontRef::~TglFontRef()
 {
     // The lists behind the reserved block, see makeLists.
-    if (fLists && fFirst > 0 && !fLists->isShared() && Q3dPort::ensureContext())
-        glDeleteLists(fLists->first() + static_cast<GLuint>(fLists->count()), static_cast<GLsizei>(fFirst));
+    if (fLists && fFirst > 0 && !fLists->isShared() && Q3dPort::ensureContext()) {
+        const auto count = static_cast<unsigned>(fLists->count());
+        const unsigned behind = std::max(count, fFirst);
+        glDeleteLists(fLists->first() + behind, static_cast<GLsizei>(fFirst + count - behind));
+    }
 }
 
 void TglFont::TglFontRef::buildFont(void* display)
@@ -125,11 +128,14 @@ void TglFont::TglFontRef::buildFont(void* display)
     if (fBuilt || !display)
         return;
     LoadedFont loaded(display, fName);
+    const auto reportFailure = [this] {
+        TerrorHandler::report(TerrorHandler::kError, "Failed trying to load font : " + fName);
+    };
     if (!loaded.font()) {
         const TstringArray pieces = fName.split('-');
         const Tstring family = pieces.length() > kFamilyPiece ? pieces[kFamilyPiece] : Tstring();
         if (family.isEmpty() || !loaded.load(Tstring::tFormat(fsPattern, family, kProbeSize))) {
-            TerrorHandler::report(TerrorHandler::kError, "Failed trying to load font : " + fName);
+            reportFailure();
             return;
         }
         loaded.unload();
@@ -146,8 +152,10 @@ void TglFont::TglFontRef::buildFont(void* display)
             if ((wanted - i > 0 && tryAt(wanted - i)) || tryAt(wanted + i))
                 break;
         }
-        if (!loaded.font())
+        if (!loaded.font()) {
+            reportFailure();
             return;
+        }
         fName = name;
         fScale = fSize / static_cast<float>(found);
         fSize = static_cast<float>(found);
@@ -156,6 +164,7 @@ void TglFont::TglFontRef::buildFont(void* display)
     XFontStruct* const font = loaded.font();
     fFirst = font->min_char_or_byte2;
     fLast = std::max(fFirst, font->max_char_or_byte2);
+    makeLists(font->fid);
     fHeight = fDescent = 0;
     const unsigned end = std::min<unsigned>(fLast, std::size(fWidths));
     for (unsigned c = fFirst; c < end; ++c) {
@@ -169,7 +178,6 @@ void TglFont::TglFontRef::buildFont(void* display)
         fHeight = std::max(fHeight, static_cast<std::uint32_t>(std::max(0, overall.ascent + overall.descent)));
         fDescent = std::max(fDescent, static_cast<std::uint32_t>(std::max<int>(0, overall.descent)));
     }
-    makeLists(font->fid);
     loaded.unload();
     fGRFont = std::make_unique<nbGR::Font>();
     fGRFont->setX11(display, fName);
@@ -181,9 +189,14 @@ void TglFont::TglFontRef::makeLists(unsigned long font)
     if (Q3dPort::enableGLCoreProfile())
         return;
     // The bound context may be compiling a list of its own, or hold an error that somebody has yet to ask for.
-    const ResourceContext context;
-    if (!context.isBound())
-        return;
+    const ResourceContext resource;
+    if (!resource.isBound()) {
+        GLint open = 0;
+        if (glXGetCurrentContext())
+            glGetIntegerv(GL_LIST_INDEX, &open);
+        if (!glXGetCurrentContext() || open != 0)
+            return;
+    }
     const auto count = static_cast<GLsizei>(fLast + 1 - fFirst);
     // Character c goes to list c of a block that begins at the first character: the last ones come to lie behind the
     // block. A block that has lists of somebody else's there is no good.
@@ -290,12 +303,15 @@ void TglFont::apply(void* display, const char* text) const
     }
     glListBase(fRef->fLists->first());
     const std::size_t length = std::strlen(text);
-    if (fRef->fLast >= 0xFF) {
+    if (fRef->fLast >= 0xFF && fRef->fFirst <= static_cast<unsigned>(fRef->fLists->count())) {
         fRef->drawRun(text, length);
     } else {
-        // What lies behind the last character's list is not this font's.
+        // Names that are neither in the block nor of a character's list are not this font's.
         const char* const end = text + length;
-        const auto isDrawn = [last = fRef->fLast](char c) { return static_cast<unsigned char>(c) <= last; };
+        const auto isDrawn = [first = fRef->fFirst, last = fRef->fLast](char c) {
+            const auto code = static_cast<unsigned char>(c);
+            return code >= first && code <= last;
+        };
         for (const char* run = std::find_if(text, end, isDrawn); run != end;) {
             const char* const runEnd = std::find_if_not(run, end, isDrawn);
             fRef->drawRun(run, static_cast<std::size_t>(runEnd - run));

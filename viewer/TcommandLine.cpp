@@ -46,6 +46,13 @@ TcommandLine TcommandLine::parse(const QStringList& arguments)
                                   QStringLiteral("WxH"));
     const QCommandLineOption shading(QStringLiteral("shading"), QStringLiteral("Start with this shading (smooth)."),
                                      QStringLiteral("wire|flat|smooth"));
+    const QCommandLineOption texture(QStringLiteral("texture"), QStringLiteral("Show a picture on the model."),
+                                     QStringLiteral("IMAGE"));
+    const QCommandLineOption surface(QStringLiteral("surface"), QStringLiteral("Start with this surface (clay)."),
+                                     QStringLiteral("clay|texture|sphere|cube"));
+    const QCommandLineOption filter(QStringLiteral("filter"),
+                                    QStringLiteral("Start with this filter of the texture (mipmapped)."),
+                                    QStringLiteral("nearest|linear|mipmapped"));
     const QCommandLineOption ghosted(QStringLiteral("ghosted"), QStringLiteral("Start with every other pixel drawn."));
     const QCommandLineOption xray(QStringLiteral("xray"), QStringLiteral("Start with a model of glass."));
     const QCommandLineOption edges(QStringLiteral("edges"), QStringLiteral("Start with edges over the shading."));
@@ -56,7 +63,8 @@ TcommandLine TcommandLine::parse(const QStringList& arguments)
     const QCommandLineOption marks(QStringLiteral("marks"), QStringLiteral("Start with marks at the vertices."));
     const QCommandLineOption labels(QStringLiteral("labels"), QStringLiteral("Start with the objects' names."));
     const QCommandLineOption hud(QStringLiteral("hud"), QStringLiteral("Start with renderer, time and counts shown."));
-    parser.addOptions({snapshot, gallery, size, shading, ghosted, xray, edges, lamp, marks, labels, hud, views, uvs});
+    parser.addOptions({snapshot, gallery, size, shading, texture, surface, filter, ghosted, xray, edges, lamp, marks, labels, hud,
+                       views, uvs});
     for (const char* name : {"platform", "display", "style"}) {
         QCommandLineOption option(QString::fromLatin1(name), QString(), QStringLiteral("name"));
         option.setFlags(QCommandLineOption::HiddenFromHelp);
@@ -117,6 +125,26 @@ TcommandLine TcommandLine::parse(const QStringList& arguments)
         line.fStyle.fShading = TviewScene::kFlat;
     else if (wantedShading != QLatin1String("smooth"))
         return failed(QStringLiteral("--shading takes wire, flat or smooth, not \"%1\".").arg(wantedShading));
+    line.fTexture = parser.value(texture);
+    if (parser.isSet(texture) && line.fTexture.isEmpty())
+        return failed(QStringLiteral("--texture needs the name of an image file."));
+    const QStringList surfaces{QStringLiteral("clay"), QStringLiteral("texture"), QStringLiteral("sphere"),
+                               QStringLiteral("cube")};
+    if (parser.isSet(surface)) {
+        const auto index = surfaces.indexOf(parser.value(surface));
+        if (index < 0)
+            return failed(QStringLiteral("--surface takes clay, texture, sphere or cube, not \"%1\".").arg(parser.value(surface)));
+        line.fStyle.fSurface = static_cast<TviewScene::Tsurface>(index);
+    } else if (parser.isSet(texture)) {
+        line.fStyle.fSurface = TviewScene::kTextured;
+    }
+    const QStringList filters{QStringLiteral("nearest"), QStringLiteral("linear"), QStringLiteral("mipmapped")};
+    if (parser.isSet(filter)) {
+        const auto index = filters.indexOf(parser.value(filter));
+        if (index < 0)
+            return failed(QStringLiteral("--filter takes nearest, linear or mipmapped, not \"%1\".").arg(parser.value(filter)));
+        line.fFilter = static_cast<TmodelTexture::Tfilter>(index);
+    }
     line.fStyle.fGhosted = parser.isSet(ghosted);
     line.fStyle.fXray = parser.isSet(xray);
     line.fStyle.fEdges = parser.isSet(edges);

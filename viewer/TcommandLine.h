@@ -24,9 +24,11 @@ struct TcommandLine
     QString fText;
     QString fModel;    ///< empty for the built-in scene
     QString fSnapshot; ///< the picture to write; empty for a window
+    QString fTexture;  ///< the picture on the model; empty for the material's
     QString fGallery;  ///< the folder to fill with pictures; empty for a window
     QSize fSize{960, 720};
     TviewScene::Tstyle fStyle;
+    TmodelTexture::Tfilter fFilter = TmodelTexture::kMipmapped;
     bool fFourViews = false;
     bool fUvs = false; ///< the panel of texture coordinates
     QString fPlatform; ///< Qt's -platform

@@ -34,6 +34,10 @@ unsigned TmodelLists::makeLists(Tway way) const
         glInterleavedArrays(GL_V3F, 0, fModel->positions().data());
     else
         glInterleavedArrays(GL_N3F_V3F, 0, fModel->triangles().data());
+    if (way != kEdges && !fModel->triangleUvs().empty()) {
+        glEnableClientState(GL_TEXTURE_COORD_ARRAY);
+        glTexCoordPointer(2, GL_FLOAT, 0, fModel->triangleUvs().data());
+    }
     if (way == kSmooth)
         glNormalPointer(GL_FLOAT, 0, fModel->smoothNormals().data());
     for (std::size_t i = 0; i < fCount; ++i) {

@@ -174,6 +174,7 @@ private:
 struct TmeshReader
 {
     TcheckedLines& fLines;
+    std::filesystem::path fFolder; ///< that names of files in the file start from
     Tmesh fMesh;
     std::size_t fHighest = 0; ///< index in the file's counting, which starts at 1
     std::size_t fHighestLine = 0;
@@ -195,6 +196,15 @@ struct TmeshReader
         auto& uvs = static_cast<TmeshReader*>(self)->fMesh.fUvs;
         if (uvs.size() < kMostCorners)
             uvs.push_back({toFloat(u), toFloat(v)});
+    }
+
+    static void onMaterials(void* self, const tinyobj::material_t* materials, int count)
+    {
+        auto* reader = static_cast<TmeshReader*>(self);
+        for (int i = 0; i < count && reader->fMesh.fTexture.empty(); ++i) {
+            if (!materials[i].diffuse_texname.empty())
+                reader->fMesh.fTexture = (reader->fFolder / materials[i].diffuse_texname).string();
+        }
     }
 
     static void onObject(void* self, const char* name)
@@ -268,19 +278,21 @@ struct TmeshReader
     }
 };
 
-bool readMesh(std::istream& file, std::uintmax_t size, TloadProgress& progress, Tmesh& mesh, std::string& error)
+bool readMesh(std::istream& file, const std::filesystem::path& folder, std::uintmax_t size, TloadProgress& progress, Tmesh& mesh, std::string& error)
 {
     TcheckedLines lines(file, size, progress);
-    TmeshReader reader{lines, {}};
+    TmeshReader reader{lines, folder, {}};
+    tinyobj::MaterialFileReader materials(folder.empty() ? std::string() : (folder / "").string());
     tinyobj::callback_t callbacks;
     callbacks.vertex_cb = &TmeshReader::onVertex;
     callbacks.normal_cb = &TmeshReader::onNormal;
     callbacks.texcoord_cb = &TmeshReader::onUv;
     callbacks.index_cb = &TmeshReader::onFace;
+    callbacks.mtllib_cb = &TmeshReader::onMaterials;
     callbacks.object_cb = &TmeshReader::onObject;
     callbacks.group_cb = &TmeshReader::onGroup;
     std::istream in(&lines);
-    tinyobj::LoadObjWithCallback(in, callbacks, &reader, nullptr, nullptr, nullptr);
+    tinyobj::LoadObjWithCallback(in, callbacks, &reader, &materials, nullptr, nullptr);
 
     if (progress.fCancelled)
         error = "cancelled";
@@ -320,7 +332,7 @@ std::shared_ptr<const TobjModel> TobjModel::load(const std::string& path, TloadP
         }
         const std::uintmax_t size = fs::file_size(path, failure);
         Tmesh mesh;
-        if (!readMesh(file, failure ? 0 : size, progress, mesh, error))
+        if (!readMesh(file, fs::path(path).parent_path(), failure ? 0 : size, progress, mesh, error))
             return nullptr;
         auto model = std::make_shared<const TobjModel>(mesh);
         progress.fPercent = 100;
@@ -375,10 +387,11 @@ std::shared_ptr<const TobjModel> TobjModel::torusKnot()
 
 TobjModel::TobjModel(const Tmesh& mesh) : fCorners(mesh.fCorners), fFaceEnds(mesh.fFaceEnds)
 {
+    fTexturePath = mesh.fTexture;
     measure(mesh);
+    takeUvs(mesh);
     buildTriangles(mesh);
     buildObjects(mesh);
-    takeUvs(mesh);
 }
 
 std::vector<std::uint32_t> TobjModel::verticesOf(std::size_t object) const
@@ -466,6 +479,10 @@ void TobjModel::buildTriangles(const Tmesh& mesh)
                 fTriangles.push_back(
                     {{toFloat(n.x), toFloat(n.y), toFloat(n.z)}, {toFloat(p.x), toFloat(p.y), toFloat(p.z)}});
                 fSmoothNormals.push_back({{toFloat(s.x), toFloat(s.y), toFloat(s.z)}});
+                if (!fUvs.empty()) {
+                    const Tuv uv = start + i < end ? fUvs[start + i] : Tuv{0, 0};
+                    fTriangleUvs.push_back(std::isnan(uv.fU) ? Tuv{0, 0} : uv);
+                }
             }
         }
         fFaceTriangleEnds.push_back(fTriangles.size());

@@ -49,6 +49,8 @@ public:
         std::vector<Tuv> fUvs;
         /** As fCornerNormals, into fUvs. */
         std::vector<std::uint32_t> fCornerUvs;
+        /** The picture that the first material with one has for its colour; empty without. */
+        std::string fTexture;
         /** Where objects begin, in the order of the faces. Without any, all faces are one object without a name. */
         std::vector<TobjectStart> fObjects;
     };
@@ -95,7 +97,8 @@ public:
 
     /**
      * Reads an OBJ file: vertices, faces with their normals and texture coordinates, and the names of objects and groups,
-     * each of which becomes an object. Everything else is left out.
+     * each of which becomes an object, and the colour picture of the first material that has one. Everything else is left
+     * out.
      * @param error  set to the reason, without a full stop, when null is returned: a file that can't be read, has no
      *               faces, an index of no vertex, a face of fewer than three corners, or a coordinate that is no number
      */
@@ -136,6 +139,10 @@ public:
     const std::vector<TfillVertex>& triangles() const { return fTriangles; }
     /** The normals of smooth shading, one per corner of triangles(). */
     const std::vector<Tnormal>& smoothNormals() const { return fSmoothNormals; }
+    /** The texture coordinates, one per corner of triangles(); 0 where there are none. Empty as uvs() may be. */
+    const std::vector<Tuv>& triangleUvs() const { return fTriangleUvs; }
+    /** The image file of the model's material; empty without. */
+    const std::string& texturePath() const { return fTexturePath; }
     /** The vertices in scene space. */
     const std::vector<Tposition>& positions() const { return fPositions; }
     /** Two vertex indices per edge of a face, each edge of an object once. */
@@ -153,6 +160,8 @@ private:
     std::vector<std::size_t> fFaceTriangleEnds;
     std::vector<Tobject> fObjects;
     std::vector<Tuv> fUvs;
+    std::vector<Tuv> fTriangleUvs;
+    std::string fTexturePath;
     T4dDblVector fLower;
     T4dDblVector fUpper;
     T4dDblVector fCentre;

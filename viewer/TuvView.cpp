@@ -2,6 +2,7 @@
 
 #include "Graphics/interaction/TinteractivePort.h"
 #include "QtExtensions/QlirnGLWidget.h"
+#include "TsavedState.h"
 #include "TviewScene.h"
 #include "foundation/Tevent.h"
 #include "foundation/TresourceMap.h"
@@ -27,6 +28,8 @@ constexpr int kMostLines = 400; // of a grid
 constexpr TportColor kBackground{0.165f, 0.177f, 0.192f};
 constexpr TportColor kTenth{0.205f, 0.218f, 0.235f};
 constexpr TportColor kWhole{0.36f, 0.38f, 0.41f};
+constexpr TportColor kDimmed{0.5f, 0.5f, 0.5f};
+constexpr float kUnitSquare[4][2] = {{0, 0}, {1, 0}, {1, 1}, {0, 1}};
 constexpr TportColor kWireColour{0.72f, 0.80f, 0.86f};
 constexpr TportColor kPointColour{0.24f, 0.50f, 0.64f};
 constexpr TportColor kPickedColour{0.98f, 0.62f, 0.20f};
@@ -58,7 +61,7 @@ TuvCache layoutOf(const T2FloatArray& points, TuvCache::TuvPolygonType type)
 
 } // namespace
 
-TuvView::TuvView(QWidget* parent, const TviewScene& scene)
+TuvView::TuvView(QWidget* parent, TviewScene& scene)
     : fScene(scene), fDraw([this](const Tevent&) { draw(); }),
       fPress([this](const Tevent& event) { return press(event); }),
       fDrag([this](const Tevent& event) { return drag(event); }), fPort(makePort(parent))
@@ -183,6 +186,7 @@ void TuvView::draw()
     port.matrixMode(GL_MODELVIEW);
     port.loadIdentity();
     drawSquares();
+    drawTexture();
     if (fPoints) {
         for (unsigned i = 0; i < fLayouts.length(); ++i)
             fLayouts[i].drawPoints(port);
@@ -219,6 +223,23 @@ void TuvView::drawSquares()
     };
     lines(kTenth, 0.1);
     lines(kWhole, 1);
+}
+
+void TuvView::drawTexture()
+{
+    if (fScene.texture().isEmpty())
+        return;
+    fPort->color(kDimmed);
+    fScene.texture().apply(*fPort);
+    fPort->setCurrentContext();
+    const TsavedState state(GL_ENABLE_BIT);
+    glEnable(GL_TEXTURE_2D);
+    glBegin(GL_QUADS);
+    for (const auto& corner : kUnitSquare) {
+        glTexCoord2fv(corner);
+        glVertex2fv(corner);
+    }
+    glEnd();
 }
 
 void TuvView::drawPicked()

@@ -15,13 +15,13 @@ class TviewScene;
 
 /**
  * A port that shows how a model lies in texture space: its polygons as wire, their corners as points, the faces picked in
- * the scene filled. Any button pans, the wheel zooms about the pointer.
+ * the scene filled, and under them the texture, if there is one. Any button pans, the wheel zooms about the pointer.
  */
 class TuvView
 {
 public:
     /** The scene outlives the view. */
-    TuvView(QWidget* parent, const TviewScene& scene);
+    TuvView(QWidget* parent, TviewScene& scene);
     ~TuvView();
     TuvView(const TuvView&) = delete;
     TuvView& operator=(const TuvView&) = delete;
@@ -41,12 +41,13 @@ public:
 private:
     void draw();
     void drawSquares();
+    void drawTexture();
     void drawPicked();
     bool press(const Tevent& event);
     bool drag(const Tevent& event);
     double unitsPerPixel() const;
 
-    const TviewScene& fScene;
+    TviewScene& fScene;
     TuvCacheArray fLayouts;
     bool fWire = true;
     bool fPoints = true;

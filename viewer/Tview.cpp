@@ -2,6 +2,7 @@
 
 #include "Graphics/interaction/TinteractivePort.h"
 #include "QtExtensions/QlirnGLWidget.h"
+#include "Tbrush.h"
 #include "TselectTool.h"
 #include "foundation/T4dDblPoint.h"
 #include "foundation/Tangle.h"
@@ -73,8 +74,8 @@ QImage textImage(const QString& text, double pixelRatio)
 } // namespace
 
 Tview::Tview(QWidget* parent, TviewCamera::Tprojection projection, TviewScene& scene, const TviewScene::Tstyle& style,
-             TselectTool& tool)
-    : fScene(scene), fStyle(style), fTool(tool), fCamera(projection), fDraw([this](const Tevent&) { draw(); }),
+             TselectTool& tool, Tbrush& brush)
+    : fScene(scene), fStyle(style), fTool(tool), fBrush(brush), fCamera(projection), fDraw([this](const Tevent&) { draw(); }),
       fPress([this](const Tevent& event) { return press(event); }),
       fDrag([this](const Tevent& event) { return drag(event); }),
       fRelease([this](const Tevent& event) { return release(event); }), fEnter([this](const Tevent&) {
@@ -234,12 +235,12 @@ bool Tview::addShown(QImage& picture, const QPoint& at)
     return true;
 }
 
-Tview::Tmotion Tview::motionOf(const Tevent& event)
+Tview::Tmotion Tview::motionOf(const Tevent& event) const
 {
     const bool alt = (event.modifiers() & kAlt) != 0;
     switch (event.button()) {
     case 1:
-        return alt ? kTumble : kTool;
+        return alt ? kTumble : fBrush.isOn() ? kBrush : kTool;
     case 2:
         return kTrack;
     case 3:
@@ -266,6 +267,8 @@ bool Tview::press(const Tevent& event)
     fMotion = motionOf(event);
     if (fMotion == kTool)
         fTool.press(*this, pixelOf(event), event.modifiers());
+    else if (fMotion == kBrush && fBrush.press(*this, pixelOf(event)) && fPaintedHook)
+        fPaintedHook();
     return true;
 }
 
@@ -299,6 +302,10 @@ bool Tview::drag(const Tevent& event)
         break;
     case kTool:
         fTool.drag(*this, pixelOf(event));
+        return true;
+    case kBrush:
+        if (fBrush.drag(*this, pixelOf(event)) && fPaintedHook)
+            fPaintedHook();
         return true;
     case kNoMotion:
         return false;

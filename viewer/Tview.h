@@ -11,6 +11,7 @@
 #include <memory>
 
 class QWidget;
+class Tbrush;
 class TinteractivePort;
 class Tpoint;
 class TselectTool;
@@ -26,7 +27,7 @@ class Tview
 public:
     /** Builds the port's widget under @p parent. Scene, style and tool are the window's, and outlive the view. */
     Tview(QWidget* parent, TviewCamera::Tprojection projection, TviewScene& scene, const TviewScene::Tstyle& style,
-          TselectTool& tool);
+          TselectTool& tool, Tbrush& brush);
     ~Tview();
     Tview(const Tview&) = delete;
     Tview& operator=(const Tview&) = delete;
@@ -44,6 +45,8 @@ public:
     /** Called with true when the pointer comes in, with false when it leaves. */
     void setPointerHook(std::function<void(bool inside)> hook) { fPointerHook = std::move(hook); }
 
+    /** Called after the texture was painted on. */
+    void setPaintedHook(std::function<void()> hook) { fPaintedHook = std::move(hook); }
     /** Called after each drawing. */
     void setDrawnHook(std::function<void()> hook) { fDrawnHook = std::move(hook); }
     /** What the last drawing drew of the model. */
@@ -67,7 +70,7 @@ public:
     QImage picture(const QSize& size);
 
 private:
-    enum Tmotion { kNoMotion, kTumble, kTrack, kDolly, kTool };
+    enum Tmotion { kNoMotion, kTumble, kTrack, kDolly, kTool, kBrush };
 
     void draw();
     void drawScene();
@@ -75,7 +78,7 @@ private:
     bool press(const Tevent& event);
     bool drag(const Tevent& event);
     bool release(const Tevent& event);
-    static Tmotion motionOf(const Tevent& event);
+    Tmotion motionOf(const Tevent& event) const;
     /** The pixel under the pointer, in the port's counting. */
     Tpoint pixelOf(const Tevent& event) const;
     double aspect() const;
@@ -83,6 +86,7 @@ private:
     TviewScene& fScene;
     const TviewScene::Tstyle& fStyle;
     TselectTool& fTool;
+    Tbrush& fBrush;
     TviewCamera fCamera;
     Tmotion fMotion = kNoMotion;
     bool fFramePending = true;
@@ -90,6 +94,7 @@ private:
     int fLastX = 0;
     int fLastY = 0;
     std::function<void(bool)> fPointerHook;
+    std::function<void()> fPaintedHook;
     std::function<void()> fDrawnHook;
     T3dPortGeometryStats fStatistics;
     double fMilliseconds = 0; ///< that the last picture took

@@ -211,7 +211,7 @@ void TviewScene::draw(T3dPort& port, const TviewCamera& camera, const Tstyle& st
     if (camera.isPerspective() && style.fXray)
         drawGrid(port, camera);
     if (fModel && style.fShading != kWire)
-        drawFilled(port, style);
+        drawFilled(port, camera, style);
     if (camera.isPerspective() && !style.fXray)
         drawGrid(port, camera);
     if (fModel && (style.fShading == kWire || style.fEdges))
@@ -356,7 +356,17 @@ void TviewScene::drawGrid(T3dPort& port, const TviewCamera& camera)
     port.depthMask(true);
 }
 
-void TviewScene::drawFilled(T3dPort& port, const Tstyle& style)
+void TviewScene::applySurface(T3dPort& port, const TviewCamera& camera, Tsurface surface)
+{
+    if (surface == kTextured)
+        fTexture.apply(port);
+    else if (surface == kSphereMapped)
+        fEnvironment.applySphereMap(port);
+    else if (surface == kCubeMapped)
+        fEnvironment.applyCubeMap(port, camera);
+}
+
+void TviewScene::drawFilled(T3dPort& port, const TviewCamera& camera, const Tstyle& style)
 {
     const bool smooth = style.fShading == kSmooth;
     port.shadeModel(smooth ? T3dPort::kShadeSmooth : T3dPort::kShadeFlat);
@@ -365,7 +375,9 @@ void TviewScene::drawFilled(T3dPort& port, const Tstyle& style)
     port.setSpecularColor(kClaySpecular);
     port.setShininess(kClayShininess);
     port.setAmbientMaterialColor(kClayAmbient);
-    port.setDiffuseColor(kClayDiffuse, style.fXray ? T3dPort::fsXrayAlpha : 1);
+    const bool textured = style.fSurface == kTextured && !fTexture.isEmpty() && !fModel->triangleUvs().empty();
+    const Tsurface surface = style.fSurface == kTextured && !textured ? kClay : style.fSurface;
+    port.setDiffuseColor(textured ? kCwhite : kClayDiffuse, style.fXray ? T3dPort::fsXrayAlpha : 1);
     if (style.fGhosted)
         port.polygonStipple(TglPolyStipple::kHalftone);
     if (style.fXray) {
@@ -374,10 +386,13 @@ void TviewScene::drawFilled(T3dPort& port, const Tstyle& style)
         port.depthMask(false);
     }
     port.polygonOffsetLower();
+    applySurface(port, camera, surface);
     port.setCurrentContext();
 
     const auto call = [&] {
         const TsavedState state(GL_ENABLE_BIT | GL_CURRENT_BIT);
+        if (surface == kTextured || surface == kSphereMapped)
+            glEnable(GL_TEXTURE_2D);
         if (style.fEdges || style.fMarks || (fSelection.kind() == Tselection::kObjects && !fSelection.isEmpty()))
             glEnable(GL_POLYGON_OFFSET_FILL);
         drawObjects(port, smooth ? TmodelLists::kSmooth : TmodelLists::kFlat);
@@ -390,6 +405,9 @@ void TviewScene::drawFilled(T3dPort& port, const Tstyle& style)
     }
     call();
     port.cullFace(T3dPort::kCullNone);
+    if (surface == kCubeMapped)
+        Tenvironment::endCubeMap(port);
+    port.setTextureGenMode(TglContext::kGenOff);
 
     if (style.fXray) {
         port.depthMask(true);

@@ -1,6 +1,8 @@
 #pragma once
 
+#include "Tenvironment.h"
 #include "TmodelLists.h"
+#include "TmodelTexture.h"
 #include "TobjModel.h"
 #include "TsceneLights.h"
 #include "Tselection.h"
@@ -22,10 +24,18 @@ class TviewScene
 {
 public:
     enum Tshading { kWire, kFlat, kSmooth };
+    enum Tsurface {
+        kClay,
+        kTextured,
+        kSphereMapped, ///< reflects surroundings that turn with the camera
+        kCubeMapped    ///< reflects surroundings that stay
+    };
+    static constexpr int kSurfaces = 4;
 
     struct Tstyle
     {
         Tshading fShading = kSmooth;
+        Tsurface fSurface = kClay;
         bool fEdges = false;   ///< the polygons' edges over flat or smooth shading
         bool fGhosted = false; ///< every other pixel of the faces
         bool fXray = false;    ///< the faces as thin glass, of opacity T3dPort::fsXrayAlpha
@@ -49,6 +59,7 @@ public:
     std::string objectName(std::size_t object) const;
     const TobjModel* model() const { return fModel.get(); }
 
+    TmodelTexture& texture() { return fTexture; }
     const Tselection& selection() const { return fSelection; }
     void select(Tselection::Tkind kind, std::vector<Tselection::Titem> items);
     /** A sphere around an object where it is, in scene space. */
@@ -96,7 +107,8 @@ private:
 
     void drawBackground(T3dPort& port);
     void drawGrid(T3dPort& port, const TviewCamera& camera);
-    void drawFilled(T3dPort& port, const Tstyle& style);
+    void applySurface(T3dPort& port, const TviewCamera& camera, Tsurface surface);
+    void drawFilled(T3dPort& port, const TviewCamera& camera, const Tstyle& style);
     void drawEdges(T3dPort& port, const TviewCamera& camera, const Tstyle& style, double pixelRatio);
     void drawSelection(T3dPort& port, double pixelRatio);
     void drawLabel(T3dPort& port, const QImage& label, double pixelRatio);
@@ -109,6 +121,8 @@ private:
     std::vector<Tsphere> fSpheres;
     Tselection fSelection;
     TmodelLists fLists;
+    TmodelTexture fTexture;
+    Tenvironment fEnvironment;
     bool fListsValid = false;
     double fReach = 1;      ///< radius about the origin of grids and lamp
     double fModelReach = 1; ///< of the model

@@ -137,6 +137,13 @@ void TviewerWindow::show(std::shared_ptr<const TobjModel> model, const QString& 
     setWindowTitle(tr("%1 - portview").arg(name));
     fScene.setModel(std::move(model), name.toStdString());
     showSelection();
+    fBrush.setOn(false);
+    if (!fScene.model()->texturePath().empty() && fScene.texture().isEmpty()) {
+        const QString path = QFile::decodeName(fScene.model()->texturePath().c_str());
+        const QString problem = setTexture(path);
+        if (!problem.isEmpty())
+            statusBar()->showMessage(tr("Cannot read %1: %2").arg(path, problem), kMessageTime);
+    }
     if (fUvView)
         fUvView->takeModel();
     frameAll();
@@ -144,7 +151,8 @@ void TviewerWindow::show(std::shared_ptr<const TobjModel> model, const QString& 
 
 void TviewerWindow::addView(TviewCamera::Tprojection projection)
 {
-    auto view = std::make_unique<Tview>(fArea, projection, fScene, fStyle, fTool);
+    auto view = std::make_unique<Tview>(fArea, projection, fScene, fStyle, fTool, fBrush);
+    view->setPaintedHook([this] { updateAll(); });
     view->setPointerHook([this, name = view->name()](bool inside) {
         fViewLabel->setText(inside ? QString::fromLatin1(name) : QString());
     });
@@ -168,6 +176,38 @@ void TviewerWindow::setFourViews(bool four)
     for (const auto& view : fViews)
         view->setLabelled(four);
     updateAll();
+}
+
+QString TviewerWindow::setTexture(const QString& path)
+{
+    const QString problem = fScene.texture().load(path);
+    if (problem.isEmpty()) {
+        fStyle.fSurface = TviewScene::kTextured;
+        updateAll();
+    }
+    return problem;
+}
+
+void TviewerWindow::setFilter(TmodelTexture::Tfilter filter)
+{
+    fScene.texture().setFilter(filter);
+    const QString names[] = {tr("Texels as they are"), tr("Texels mixed"), tr("Texels mixed, smaller pictures far away")};
+    statusBar()->showMessage(names[filter], kMessageTime);
+    updateAll();
+}
+
+void TviewerWindow::setBrush(bool on)
+{
+    if (on && (!fScene.model() || fScene.model()->triangleUvs().empty())) {
+        statusBar()->showMessage(tr("The model has no texture coordinates to paint by"), kMessageTime);
+        return;
+    }
+    fBrush.setOn(on);
+    statusBar()->showMessage(on ? tr("Left drag paints") : tr("Left drag picks"), kMessageTime);
+    TviewScene::Tstyle style = fStyle;
+    if (on)
+        style.fSurface = TviewScene::kTextured;
+    setStyle(style);
 }
 
 bool TviewerWindow::showsUvs() const
@@ -223,6 +263,8 @@ void TviewerWindow::makeUvPanel()
 void TviewerWindow::setStyle(const TviewScene::Tstyle& style)
 {
     fStyle = style;
+    if (fStyle.fSurface == TviewScene::kTextured && fScene.texture().isEmpty())
+        fScene.texture().makeBoard();
     updateAll();
 }
 
@@ -365,6 +407,9 @@ void TviewerWindow::showKeys()
                     "<tr><td><b>g</b></td><td>ghosted</td></tr>"
                     "<tr><td><b>x</b></td><td>x-ray</td></tr>"
                     "<tr><td><b>l</b></td><td>the lamp</td></tr>"
+                    "<tr><td><b>t</b></td><td>clay, texture, sphere map, cube map</td></tr>"
+                    "<tr><td><b>1, 2, 3</b></td><td>texels as they are, mixed, with smaller pictures</td></tr>"
+                    "<tr><td><b>b</b></td><td>paint on the texture with the left button</td></tr>"
                     "<tr><td><b>v</b></td><td>marks at the vertices</td></tr>"
                     "<tr><td><b>n</b></td><td>names, and measures of what is picked</td></tr>"
                     "<tr><td><b>i</b></td><td>renderer, time of a picture, counts</td></tr>"
@@ -414,6 +459,17 @@ void TviewerWindow::keyPressEvent(QKeyEvent* event)
     case Qt::Key_H:
     case Qt::Key_F1:
         showKeys();
+        return;
+    case Qt::Key_T:
+        style.fSurface = static_cast<TviewScene::Tsurface>((style.fSurface + 1) % TviewScene::kSurfaces);
+        break;
+    case Qt::Key_1:
+    case Qt::Key_2:
+    case Qt::Key_3:
+        setFilter(static_cast<TmodelTexture::Tfilter>(event->key() - Qt::Key_1));
+        return;
+    case Qt::Key_B:
+        setBrush(!fBrush.isOn());
         return;
     case Qt::Key_V:
         style.fMarks = !style.fMarks;

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "Tbrush.h"
 #include "TobjModel.h"
 #include "TselectTool.h"
 #include "Tview.h"
@@ -36,6 +37,9 @@ public:
     bool isLoading() const { return fLoader.joinable(); }
     bool hasFourViews() const;
     void setFourViews(bool four);
+    /** Shows a picture on the model. Returns what is wrong with the file, without a full stop; empty when nothing is. */
+    QString setTexture(const QString& path);
+    void setFilter(TmodelTexture::Tfilter filter);
     bool showsUvs() const;
     /** Shows or hides the panel of texture coordinates. */
     void setShowsUvs(bool shows);
@@ -66,6 +70,7 @@ private:
     void frameAll();
     void updateAll();
     void showCounts(const T3dPortGeometryStats& counted);
+    void setBrush(bool on);
     void showSelection();
     void saveShown();
     void showKeys();
@@ -74,6 +79,7 @@ private:
     TviewScene fScene;
     TviewScene::Tstyle fStyle;
     TselectTool fTool{fScene};
+    Tbrush fBrush{fScene};
     QWidget* fArea;
     QlirnPaneLayout* fPanes;
     QLabel* fModelLabel;

@@ -50,6 +50,13 @@ int concluded(const QString& problem)
 int runWindow(const TcommandLine& line)
 {
     TviewerWindow window(line.fSize, line.fStyle, line.fFourViews);
+    if (!line.fTexture.isEmpty()) {
+        const QString problem = window.setTexture(line.fTexture);
+        if (!problem.isEmpty())
+            return complain(QStringLiteral("cannot read %1: %2.").arg(line.fTexture, problem));
+    }
+    window.setStyle(line.fStyle);
+    window.setFilter(line.fFilter);
     window.setShowsUvs(line.fUvs);
     QObject::connect(&window, &TviewerWindow::failed, [](const QString& path, const QString& reason) {
         complain(QStringLiteral("cannot open %1: %2.").arg(path, reason));

@@ -24,7 +24,8 @@ TEST(TcommandLine, SaysWhatIsWrong)
         {"portview --size -64x48", "--size"},   {"portview --shading round", "flat or smooth"},
         {"portview --views 4", "one or four"},  {"portview a.obj b.obj", "b.obj"},
         {"portview --snapshot=", "--snapshot"}, {"portview ", "empty"},
-        {"portview --gallery=", "--gallery"},   {"portview --gallery a b.obj", "--gallery"},
+        {"portview --surface wood", "cube"},    {"portview --filter soft", "linear"},
+        {"portview --texture=", "--texture"},   {"portview --gallery=", "--gallery"},   {"portview --gallery a b.obj", "--gallery"},
     };
     for (const auto& each : cases) {
         const TcommandLine line = parsed(each.arguments);

@@ -1,5 +1,6 @@
 #include "Tview.h"
 
+#include "Tbrush.h"
 #include "TselectTool.h"
 #include "TviewerWindow.h"
 #include "foundation/Tevent.h"
@@ -14,11 +15,12 @@ TEST(Tview, ButtonsTumbleTrackAndDolly)
 {
     TviewScene scene;
     TselectTool tool(scene);
+    Tbrush brush(scene);
     const TviewScene::Tstyle style;
     QWidget window;
-    const Tview keepsTheSharedWidget(&window, TviewCamera::kFront, scene, style, tool);
+    const Tview keepsTheSharedWidget(&window, TviewCamera::kFront, scene, style, tool, brush);
     for (const auto projection : {TviewCamera::kPerspective, TviewCamera::kTop}) {
-        Tview view(&window, projection, scene, style, tool);
+        Tview view(&window, projection, scene, style, tool, brush);
         const TviewCamera& camera = view.camera();
         const T4dDblMatrix orientation = camera.orientation();
         const double distance = camera.distance();

@@ -40,7 +40,8 @@ void key(KeySym symbol, bool down)
 
 /** Two squares that face the front, the smaller one in front of the other's right half. */
 const char kSquares[] = "v -2 -1 0\nv 2 -1 0\nv 2 1 0\nv -2 1 0\nv 0.5 -0.5 1\nv 1.5 -0.5 1\nv 1.5 0.5 1\nv 0.5 0.5 1\n"
-                        "o back\nf 1 2 3 4\no front\nf 5 6 7 8\n";
+                        "vt 0 0\nvt 1 0\nvt 1 1\nvt 0 1\n"
+                        "o back\nf 1/1 2/2 3/3 4/4\no front\nf 5 6 7 8\n";
 
 class ClicksRealEvents : public ::testing::Test
 {
@@ -213,4 +214,21 @@ TEST_F(ClicksRealEvents, WhatIsOnTheScreenIsSaved)
     QDir::setCurrent(former);
     ASSERT_FALSE(saved.isNull());
     EXPECT_EQ(saved, onScreen(fWindow).copy(saved.rect()));
+}
+
+TEST_F(ClicksRealEvents, TheBrushPaintsUnderThePointer)
+{
+    at(seen(0, 0, 0));
+    strike(XK_b);
+    const auto redness = [&](double x) {
+        const QRgb pixel = onScreen(fWindow).pixel(seen(x, 0.6, 0) - fWindow.pos());
+        return qRed(pixel) - std::max(qGreen(pixel), qBlue(pixel));
+    };
+    drag(seen(-1.5, 0.6, 0), seen(-0.5, 0.6, 0));
+    EXPECT_TRUE(waitUntil([&] { return redness(-0.6) > 60; }, 2000));
+    for (const double x : {-1.5, -1.2, -0.9, -0.5})
+        EXPECT_GT(redness(x), 60) << x;
+    for (const double x : {-1.8, -0.2})
+        EXPECT_LT(redness(x), 30) << x;
+    expectPicked({});
 }

@@ -138,7 +138,8 @@ TEST_F(Portview, WaysOfShowingDifferWhereTheModelIs)
     } cases[] = {
         {"--ghosted", 0.4, 0.6, 0.4, 0.6}, // every other pixel
         {"--xray", 0.4, 1.1, 0.5, 1.1},    // thinner, everywhere
-        {"--marks", 0.001, 0.05, 0.9, 1.1}, {"--labels", 0.001, 0.2, 0.9, 1.2}, {"--hud", 0.01, 0.3, 0.9, 1.4},
+        {"--surface=sphere", 0.8, 1.1, 0.5, 1.1}, {"--surface=cube", 0.8, 1.1, 0.5, 1.1},
+        {"--marks", 0.001, 0.05, 0.9, 1.1}, {"--labels", 0.001, 0.2, 0.9, 1.2}, {"--hud", 0.01, 0.7, 0.9, 1.7},
         {"--edges", 0.01, 0.15, 0.9, 1.1}, {"--lamp", 0.001, 0.2, 0.9, 1.2}, {"--shading=flat", 0, 0.9, 0.9, 1.1},
     };
     for (const auto& each : cases) {
@@ -151,6 +152,29 @@ TEST_F(Portview, WaysOfShowingDifferWhereTheModelIs)
         EXPECT_GE(seen, each.leastSeen);
         EXPECT_LE(seen, each.mostSeen);
     }
+}
+
+TEST_F(Portview, TexturesComeFromTheMaterialOrTheCommandLine)
+{
+    QImage halves(64, 64, QImage::Format_RGB32);
+    halves.fill(Qt::red);
+    for (int y = 0; y < 64; ++y)
+        std::fill_n(reinterpret_cast<QRgb*>(halves.scanLine(y)) + 32, 32, qRgb(0, 0, 255));
+    ASSERT_TRUE(halves.save(path("halves.png")));
+    write("square.mtl", "newmtl paint\nmap_Kd halves.png\n");
+    const QByteArray square = "v -1 0 0\nv 1 0 0\nv 1 2 0\nv -1 2 0\nvt 0 0\nvt 1 0\nvt 1 1\nvt 0 1\n";
+    const QByteArray face = "usemtl paint\nf 1/1 2/2 3/3 4/4\n";
+    const QString plain = write("plain.obj", square + face);
+    const QString painted = write("painted.obj", "mtllib square.mtl\n" + square + face);
+    const QStringList size{QStringLiteral("--size"), QStringLiteral("240x180")};
+    const QImage byHand = picture(plain, size + QStringList{QStringLiteral("--texture"), path("halves.png")});
+    EXPECT_EQ(picture(painted, size), byHand);
+    const QPoint middle = byHand.rect().center();
+    const QRgb left = byHand.pixel(middle - QPoint(25, 0));
+    const QRgb right = byHand.pixel(middle + QPoint(25, 0));
+    EXPECT_GT(qRed(left), 2 * qBlue(left));
+    EXPECT_GT(qBlue(right), 2 * qRed(right));
+    EXPECT_NE(picture(plain, size), byHand);
 }
 
 TEST_F(Portview, GalleryHasAPictureOfEverything)

@@ -20,8 +20,9 @@ class QString;
  * They are getHeight rows, each the caller's stride of bytes apart. Smooth images have coverage from 0 to 255, the others
  * 0 or 255.
  *
- * The characters 1 to 127 are drawn once, into a strip that text without slant and lines is put together from: printable
- * text gives the same bytes as drawing it whole. Characters stand whole pixels apart, without kerning and ligatures.
+ * The characters 1 to 127 are drawn once, into a strip that text without slant and lines is put together from. Printable
+ * text of 2 to 63 pixels gives the same bytes as drawing it whole; larger text, of which Qt fills all outlines together,
+ * may differ where characters touch. Characters stand whole pixels apart, without kerning and ligatures.
  *
  * Text is UTF-8. Without an application object (QGuiApplication) there is no font, and nothing is drawn.
  */

@@ -38,17 +38,15 @@ bool QlirnShownPixels::read(unsigned long window, int x, int y, TpixelMap& map)
     if (!image)
         return false;
     const int red = map.isRgba() ? 0 : 2;
-    const std::size_t bytes = map.rowBytes() / std::size_t(map.width());
     for (int row = 0; row < area.height(); ++row) {
         std::uint8_t* to = map.pixels() + std::size_t(wanted.bottom() - area.top() - row) * map.rowBytes() +
-                           std::size_t(area.left() - wanted.left()) * bytes;
-        for (int column = 0; column < area.width(); ++column, to += bytes) {
+                           std::size_t(area.left() - wanted.left()) * TpixelMap::kChannels;
+        for (int column = 0; column < area.width(); ++column, to += TpixelMap::kChannels) {
             const unsigned long pixel = XGetPixel(image, column, row);
             to[red] = channel(pixel, image->red_mask);
             to[1] = channel(pixel, image->green_mask);
             to[2 - red] = channel(pixel, image->blue_mask);
-            if (bytes == 4)
-                to[3] = 255;
+            to[3] = 255;
         }
     }
     XDestroyImage(image);

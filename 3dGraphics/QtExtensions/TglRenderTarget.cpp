@@ -40,6 +40,16 @@ GLint integer(GLenum name)
     return value;
 }
 
+/** What @p port shows in @p area. The port knows of drivers whose front buffer is not that. */
+bool snapShot(T3dPort& port, const TportRect& area, TpixelMap& map)
+{
+    const TportRect before = port.snapShotRect();
+    port.setSnapShotRect(area);
+    const bool read = port.snapShot(map);
+    port.setSnapShotRect(before);
+    return read;
+}
+
 } // namespace
 
 TglRenderTarget::~TglRenderTarget()
@@ -183,10 +193,12 @@ void TglRenderTarget::readImage(T3dPort& port)
         glBindFramebuffer(GL_FRAMEBUFFER, 0);
     glPushAttrib(GL_PIXEL_MODE_BIT);
     const bool mayBeCovered = port.isFullyObscured() || port.isPartiallyObscured();
-    glReadBuffer(mayBeCovered && port.isDoubleBuffered() ? GL_BACK : GL_FRONT);
+    const bool fromBack = mayBeCovered && port.isDoubleBuffered();
+    glReadBuffer(fromBack ? GL_BACK : GL_FRONT);
     glPixelZoom(1, 1);
     glFinish();
-    port.pixelMapGLRead(*fImage, area.left, area.bottom);
+    if (fromBack || !snapShot(port, area, *fImage))
+        port.pixelMapGLRead(*fImage, area.left, area.bottom);
     glPopAttrib();
     if (bound != 0)
         glBindFramebuffer(GL_FRAMEBUFFER, bound);

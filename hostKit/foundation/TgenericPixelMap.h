@@ -2,6 +2,7 @@
 
 #include <cstddef>
 #include <limits>
+#include <new>
 #include <vector>
 
 /** The colour space in which a control is asked for floating-point pixels. */
@@ -16,7 +17,7 @@ template <class T> class TgenericPixelMap
 public:
     TgenericPixelMap() = default;
 
-    /** Makes room for @p width by @p height pixels of @p channels, all zero; false, and empty, for an impossible size. */
+    /** Makes room for @p width by @p height pixels of @p channels, all zero; false, and empty, where that cannot be had. */
     bool setSize(int width, int height, int channels = 4)
     {
         fValues.clear();
@@ -24,7 +25,11 @@ public:
         constexpr int kLargestSide = std::numeric_limits<short>::max();
         if (width <= 0 || height <= 0 || width > kLargestSide || height > kLargestSide || channels < 1 || channels > 4)
             return false;
-        fValues.resize(std::size_t(width) * std::size_t(height) * std::size_t(channels));
+        try {
+            fValues.resize(std::size_t(width) * std::size_t(height) * std::size_t(channels));
+        } catch (const std::bad_alloc&) {
+            return false;
+        }
         fWidth = width;
         fHeight = height;
         fChannels = channels;

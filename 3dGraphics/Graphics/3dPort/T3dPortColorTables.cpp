@@ -8,13 +8,16 @@ Tarray<T3dPort::ColorTableGuard*>& T3dPort::fsColorTableGuards = *new Tarray<Col
 
 TglColorTable* T3dPort::getColorTable(unsigned short base, bool& created)
 {
-    created = false;
-    for (TglColorTable* table : fsAllColorTables)
-        if (table->base() == base)
-            return table;
-    auto* table = new TglColorTable(static_cast<short>(base));
-    fsAllColorTables.append(table);
-    created = true;
+    TglColorTable* table = nullptr;
+    for (TglColorTable* each : fsAllColorTables)
+        if (!table && each->base() == base)
+            table = each;
+    created = !table;
+    if (created) {
+        table = new TglColorTable(static_cast<short>(base));
+        fsAllColorTables.append(table);
+    }
+    // A table that was given the base later (setColorTableTopology) counts too.
     if (base == kModelViewColorBase && !fsModelViewDefaultColorTable)
         fsModelViewDefaultColorTable = table;
     return table;
@@ -68,6 +71,9 @@ T3dPort::ColorTableGuard::~ColorTableGuard()
         setModelViewColorTable(fFormer);
     if (!fTable || fTable == fsModelViewDefaultColorTable || fTable == fFormer)
         return;
+    for (const ColorTableGuard* guard : fsColorTableGuards)
+        if (guard->fTable == fTable)
+            return; // that one deletes it
     // Nobody may go on with the table: not a guard that is still there, and not a port made under this one.
     for (ColorTableGuard* guard : fsColorTableGuards)
         if (guard->fFormer == fTable)

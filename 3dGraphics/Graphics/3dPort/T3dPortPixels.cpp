@@ -17,8 +17,6 @@ namespace {
 
 GLenum formatOf(const TpixelMap& map)
 {
-    if (map.rowBytes() < static_cast<std::size_t>(map.width()) * 4)
-        return map.isRgba() ? GL_RGB : GL_BGR;
     return map.isRgba() ? GL_RGBA : GL_BGRA;
 }
 
@@ -191,9 +189,10 @@ bool T3dPort::readPixelMap(TpixelMap& map, const TportRect* area)
         return false;
     setCurrentContext();
     const bool scissored = fContext->fDirtyBits.test(TglContext::kScissorOn);
+    // The record's extents wrap around beyond 32767.
     const TportRect box(fContext->fScissorX, fContext->fScissorY,
-                        clampedToShort(fContext->fScissorX + fContext->fScissorWidth),
-                        clampedToShort(fContext->fScissorY + fContext->fScissorHeight));
+                        static_cast<short>(fContext->fScissorX + fContext->fScissorWidth),
+                        static_cast<short>(fContext->fScissorY + fContext->fScissorHeight));
     if (!fUseBackingStore)
         depthTest(false);
     glDisable(GL_SCISSOR_TEST);
@@ -243,15 +242,15 @@ void T3dPort::pixelMapDraw(const TportRect& dst, const TpixelMap& map, const Tpo
 void T3dPort::pixelMapDraw(short x, short y, const TpixelMap& map, bool flip)
 {
     const TportRect dst(x, y, clampedToShort(x + map.width() - 1), clampedToShort(y + map.height() - 1));
-    // This rectangle ends with the last pixel and not after it.
+    // This rectangle ends with the last pixel and not after it; for that reason it is never the map's own.
     const bool meets = dst.left < fPortRect.right && dst.right >= fPortRect.left && dst.bottom < fPortRect.top &&
                        dst.top >= fPortRect.bottom;
-    drawPixelMap(dst, map, dst == map.rect() || meets, flip);
+    drawPixelMap(dst, map, meets, flip);
 }
 
 void T3dPort::pixelMapDraw(const TportRect& dst, const TpixelMap& map, bool flip)
 {
-    pixelMapDraw(dst, map, TportRect(0, 0, map.rect().width(), map.rect().height()), flip);
+    pixelMapDraw(dst, map, map.rect(), flip);
 }
 
 void T3dPort::drawPixelMap(const TportRect& dst, const TpixelMap& map, bool isSeen, bool flip)
@@ -312,8 +311,10 @@ bool T3dPort::snapShot(TpixelMap& map)
         glReadBuffer(GL_FRONT);
         pixelMapGLRead(map, fSnapShotRect.left, fSnapShotRect.bottom);
         glReadBuffer(before);
-        if (fDoubleBuffered && isFrontBufferStale() && !glWidget()->isRenderingPixmap())
+        if (fDoubleBuffered && isFrontBufferStale() && !glWidget()->isRenderingPixmap()) {
+            glFlush(); // shows what was drawn to the front buffer directly
             QlirnShownPixels::read(glWidget()->glWindow(), fSnapShotRect.left, fSnapShotRect.bottom, map);
+        }
     }
     popOrtho2D();
     return sized;

@@ -36,8 +36,8 @@ public:
 
     /**
      * Lays the planes out one after the other: @p bitsA bits for buffer 4, then @p bitsB for buffer 2, then @p bitsC
-     * for buffer 1; a count of zero leaves the plane out. Every plane but the first gives up one entry, so that its
-     * hardware index 0 stays free. Resizes the table to the planes' entries and zeroes the hardware indices.
+     * for buffer 1, at most 15 each; a count of zero leaves the plane out. Every plane but the first gives up one entry,
+     * so that its hardware index 0 stays free. Resizes the table to the planes' entries and zeroes the hardware indices.
      */
     void setColorTableTopology(unsigned short base, unsigned short bitsB, unsigned short bitsC, unsigned short bitsA);
     bool hasTopology() const { return fHasTopology; }

@@ -155,7 +155,7 @@ TEST(PixelMaps, LandWhereTheyAreTold)
     EXPECT_EQ(glGetError(), GLenum(GL_NO_ERROR));
 }
 
-TEST(SnapShot, ReadsItsRectangleOfTheFrontBufferAndCentresAnEmptyOne)
+TEST(SnapShotOnScreen, ReadsItsRectangleOfTheFrontBufferAndCentresAnEmptyOne)
 {
     PortWindow<> made(400, 300, Buffering::kDouble);
     ASSERT_TRUE(made.show());

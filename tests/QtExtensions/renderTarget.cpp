@@ -131,7 +131,7 @@ TEST(RenderTarget, IsMadeInTheFormatsAndKeptOrGivenUpAsAsked)
     EXPECT_EQ(made.port().stateDifferences(), TstringArray());
 }
 
-TEST(RenderTarget, IsDrawnInPortsOfOtherContexts)
+TEST(RenderTargetOnScreen, IsDrawnInPortsOfOtherContexts)
 {
     PortWindow<> made(60, 40, Buffering::kDouble);
     PortWindow<> second(50, 50, Buffering::kDouble);

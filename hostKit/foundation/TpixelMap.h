@@ -30,8 +30,7 @@ public:
     /**
      * Resamples the picture to the size of @p r (QImage, smooth), which becomes the map's rectangle; each channel for
      * itself, alpha too. The pixels are the map's own from then on. False, and nothing changed, for an empty map, an
-     * empty
-     * @p r or without memory.
+     * empty @p r or without memory.
      */
     bool zoom(const TportRect& r);
     /** Exchanges red and blue in every pixel, and the order with them (isRgba). */

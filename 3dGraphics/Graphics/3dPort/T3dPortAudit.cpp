@@ -212,24 +212,25 @@ bool isSame(Kind kind, double recorded, double actual)
 class ScopedUnit
 {
 public:
-    ScopedUnit(const TglContext& record, TglContext::TtextureUnit TglContext::*unit)
+    /** @param active  the unit that is selected before, and will be after */
+    ScopedUnit(GLenum active, const TglContext& record, TglContext::TtextureUnit TglContext::*unit)
+        : fActive(active), fIsOther(unit && record.*unit != active)
     {
-        if (!unit)
-            return;
-        glGetIntegerv(GL_ACTIVE_TEXTURE, &fBefore);
-        glActiveTexture(record.*unit);
+        if (fIsOther)
+            glActiveTexture(record.*unit);
     }
     ~ScopedUnit()
     {
-        if (fBefore != 0)
-            glActiveTexture(static_cast<GLenum>(fBefore));
+        if (fIsOther)
+            glActiveTexture(fActive);
     }
 
     ScopedUnit(const ScopedUnit&) = delete;
     ScopedUnit& operator=(const ScopedUnit&) = delete;
 
 private:
-    GLint fBefore = 0;
+    const GLenum fActive;
+    const bool fIsOther;
 };
 
 Tstring listed(const double* values, int count)
@@ -548,6 +549,8 @@ TstringArray T3dPortAudit::differences(const T3dPort& port)
     if (!T3dPort::fsTrustedPort)
         return found;
     const bool core = port.isGLCoreViewport();
+    GLint activeUnit = 0;
+    glGetIntegerv(GL_ACTIVE_TEXTURE, &activeUnit);
     for (const Row& row : Table::fsRows) {
         if (core && row.fPipeline == kFixed)
             continue;
@@ -555,7 +558,7 @@ TstringArray T3dPortAudit::differences(const T3dPort& port)
         if (recorded.fCount == 0)
             continue;
         double actual[kMostValues] = {};
-        const ScopedUnit unit(*record, row.fUnit);
+        const ScopedUnit unit(static_cast<GLenum>(activeUnit), *record, row.fUnit);
         ask(row.fKind, recorded.fName ? recorded.fName : row.fName, recorded.fCount, actual);
         bool same = true;
         for (int i = 0; i < recorded.fCount; ++i)
@@ -586,7 +589,7 @@ void T3dPortAudit::send(T3dPort& port)
     const bool core = port.isGLCoreViewport();
     for (const Row& row : Table::fsRows)
         if (row.fSend && !(core && row.fPipeline == kFixed)) {
-            const ScopedUnit unit(*record, row.fUnit);
+            const ScopedUnit unit(record->fServerUnit, *record, row.fUnit); // sent by a row before
             row.fSend(port, *record);
         }
     if (isKnown(record->fColor))

@@ -222,7 +222,7 @@ void T3dPort::activeTextureUnit(TglContext::TtextureUnit unit)
         return;
     if (fContext)
         fContext->fTextureUnit = fContext->fServerUnit = unit;
-    if (this != fsTrustedPort)
+    if (this != fsTrustedPort || isHostUnsettled())
         noteUnitSentElsewhere();
     glActiveTextureARB(unit);
 }
@@ -233,7 +233,7 @@ void T3dPort::activeTexCoordPointer(TglContext::TtextureUnit unit)
         return;
     if (fContext)
         fContext->fTextureUnit = fContext->fClientUnit = unit;
-    if (this != fsTrustedPort)
+    if (this != fsTrustedPort || isHostUnsettled())
         noteUnitSentElsewhere();
     glClientActiveTextureARB(unit);
 }

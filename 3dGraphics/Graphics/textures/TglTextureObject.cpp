@@ -3,6 +3,7 @@
 #include "Graphics/textures/TglTextureObject.h"
 
 #include "Graphics/3dPort/T3dPort.h"
+#include "Graphics/glResources/TglPixelStoreGuard.h"
 #include "QtExtensions/Q3dPort.h"
 #include "foundation/mmapAlloc.h"
 
@@ -10,6 +11,7 @@
 #include <GL/glu.h>
 
 #include <algorithm>
+#include <climits>
 #include <cmath>
 
 bool TglTextureObject::fsIsTextureDisabled = false;
@@ -18,7 +20,8 @@ TglTextureObjectPtrArray& TglTextureObject::fsTextureObjects = *new TglTextureOb
 
 namespace {
 
-constexpr int kLargestSide = 65535; ///< that the fields can hold
+constexpr int kLargestSide = 65535;      ///< that the fields can hold
+constexpr int kMostTexels = INT_MAX / 4; ///< GLU and some drivers count the bytes of an image in an int
 constexpr int kUpdateStep = 32;
 
 constexpr GLenum kScaleNames[] = {GL_RED_SCALE, GL_GREEN_SCALE, GL_BLUE_SCALE, GL_ALPHA_SCALE};
@@ -40,40 +43,6 @@ void release(TtextureName* name)
     if (name && name->remove() == 0)
         delete name;
 }
-
-/** Pixel-store state for rows without gaps, for as long as it lives. */
-class ScopedTightRows
-{
-public:
-    ScopedTightRows()
-    {
-        for (State& state : fStates) {
-            glGetIntegerv(state.fName, &state.fBefore);
-            if (state.fBefore != state.fWanted)
-                glPixelStorei(state.fName, state.fWanted);
-        }
-    }
-    ~ScopedTightRows()
-    {
-        for (const State& state : fStates)
-            if (state.fBefore != state.fWanted)
-                glPixelStorei(state.fName, state.fBefore);
-    }
-
-    ScopedTightRows(const ScopedTightRows&) = delete;
-    ScopedTightRows& operator=(const ScopedTightRows&) = delete;
-
-private:
-    struct State
-    {
-        GLenum fName;
-        GLint fWanted;
-        GLint fBefore = 0;
-    };
-
-    State fStates[4] = {
-        {GL_UNPACK_ALIGNMENT, 1}, {GL_UNPACK_ROW_LENGTH, 0}, {GL_UNPACK_SKIP_ROWS, 0}, {GL_UNPACK_SKIP_PIXELS, 0}};
-};
 
 /** Pixel-transfer scale and bias, where they do something, for as long as it lives. */
 class ScopedPixelTransfer
@@ -115,9 +84,8 @@ TglTextureObject::TglTextureObject(int maximumSize)
     init(maximumSize);
 }
 
-TglTextureObject::TglTextureObject(TpixelMap* map, int maximumSize, bool keepAlpha)
+TglTextureObject::TglTextureObject(TpixelMap* map, int maximumSize, bool keepAlpha) : TglTextureObject(maximumSize)
 {
-    init(maximumSize);
     texImage2D(map, keepAlpha, 0);
 }
 
@@ -164,22 +132,22 @@ TglTextureObject& TglTextureObject::operator=(const TglTextureObject& other)
     for (TtextureName* name : other.fTextureNames)
         if (name)
             name->add();
-    releaseNames();
+    for (TtextureName* name : fTextureNames)
+        release(name);
     fTextureNames.copy(other.fTextureNames);
     return *this;
 }
 
 TglTextureObject::~TglTextureObject()
 {
-    if (fTarget == TglContext::kTextureCubeMap) {
-        for (TtextureName* name : fTextureNames) {
-            if (name && name->isCounted() && !name->isShared() && Q3dPort::ensureContext()) {
-                glBindTexture(GL_TEXTURE_CUBE_MAP, 0);
-                name->deleteTexture();
-            }
+    for (TtextureName* name : fTextureNames) {
+        const bool last = name && name->isCounted() && !name->isShared();
+        if (last && fTarget == TglContext::kTextureCubeMap && Q3dPort::ensureContext()) {
+            glBindTexture(GL_TEXTURE_CUBE_MAP, 0);
+            name->deleteTexture();
         }
+        release(name);
     }
-    releaseNames();
     fUpdater.reset();
     fsTextureObjects.remove(this);
 }
@@ -205,12 +173,6 @@ void TglTextureObject::init(int maximumSize)
     fConformedWidth = 0;
     fConformedHeight = 0;
     fsTextureObjects.addLast(this);
-}
-
-void TglTextureObject::releaseNames()
-{
-    for (TtextureName* name : fTextureNames)
-        release(name);
 }
 
 void TglTextureObject::createTextures(unsigned count)
@@ -258,7 +220,7 @@ void TglTextureObject::sendImage(GLenum target, int width, int height, GLenum fo
     fFlags |= kParametersPending;
     fMinFilter = mipmaps ? TglContext::kLinearMipmapLinear : TglContext::kLinear;
     fMagFilter = TglContext::kLinear;
-    // Generation is switched on the two-dimensional target, whatever the texture's: that is how it has always been.
+    // Deliberately on the two-dimensional target, whatever the texture's.
     if (generateMipmaps)
         glTexParameteri(GL_TEXTURE_2D, GL_GENERATE_MIPMAP, mipmaps);
     if (mipmaps && !generateMipmaps)
@@ -270,7 +232,7 @@ void TglTextureObject::sendImage(GLenum target, int width, int height, GLenum fo
 void TglTextureObject::texImage2D(int width, int height, unsigned* pixels, unsigned char components, unsigned index)
 {
     if (!pixels || width < 1 || height < 1 || width > kLargestSide || height > kLargestSide ||
-        !Q3dPort::ensureContext() || !makeName(index))
+        height > kMostTexels / width || !Q3dPort::ensureContext() || !makeName(index))
         return;
     fComponents = components;
     if (components == 3)
@@ -281,7 +243,7 @@ void TglTextureObject::texImage2D(int width, int height, unsigned* pixels, unsig
     fWidth = static_cast<std::uint16_t>(width);
     fHeight = static_cast<std::uint16_t>(height);
     {
-        const ScopedTightRows tightRows;
+        const TglPixelStoreGuard store(TglPixelStoreGuard::kUnpack);
         const ScopedPixelTransfer transfer(fScale, fBias);
         glBindTexture(fTarget, fTextureNames[index]->name());
         sendImage(fTarget, width, height, fFormat, pixels, T3dPort::haveGenerateMipmap());
@@ -364,7 +326,7 @@ bool TglTextureObject::texImageCubeMap(TpixelMap** maps)
     if (!Q3dPort::ensureContext() || !makeName(0))
         return false;
     glBindTexture(GL_TEXTURE_CUBE_MAP, fTextureNames[0]->name());
-    const ScopedTightRows tightRows;
+    const TglPixelStoreGuard store(TglPixelStoreGuard::kUnpack);
     for (int i = 0; i < kFaces; ++i) {
         TpixelMap& map = *maps[i];
         const bool switched = !map.isRgba();
@@ -391,15 +353,15 @@ bool TglTextureObject::texImageCubeMap(TpixelMap** maps)
 
 void TglTextureObject::setPixelMap(const TsharedPixelMap& map, unsigned index)
 {
-    if (index >= fPixelMaps.length())
-        fPixelMaps.setLength(index + 1);
+    const TsharedPixelMap kept = map; // which may be an entry of the array that grows
+    fPixelMaps.setLength(std::max(fPixelMaps.length(), index + 1));
     if (index >= fPixelMaps.length())
         return;
-    fPixelMaps[index] = map;
-    if (map.isNull())
+    fPixelMaps[index] = kept;
+    if (kept.isNull())
         return;
-    fComponents = static_cast<std::uint8_t>(map.map()->channels());
-    fFormat = fComponents == 3 ? kRgb : map.map()->isRgba() ? kRgba : kBgra;
+    fComponents = static_cast<std::uint8_t>(kept.map()->channels());
+    fFormat = fComponents == 3 ? kRgb : kept.map()->isRgba() ? kRgba : kBgra;
     fType = kUnsignedByte;
     fHasAlpha = false;
 }

@@ -65,9 +65,9 @@ public:
     void createTextures(unsigned count);
     /**
      * Uploads image @p index (glTexImage2D, gluBuild2DMipmaps).
-     * @param width, height  in texels, 1 to 65535
-     * @param pixels  rows without gaps, the bottom one first: bytes of RGB for 3 @p components, of RGBA for 4. Other
-     * counts keep the format of the image before, and take 4 bytes a texel.
+     * @param width, height  in texels, 1 to 65535, their product less than 2^29
+     * @param pixels  rows without gaps, the bottom one first: bytes of RGB for 3 @p components, of RGBA for 4. With
+     * other counts they are of the format of the image before; without one there is no image.
      */
     void texImage2D(int width, int height, unsigned* pixels, unsigned char components, unsigned index);
     /**
@@ -105,7 +105,10 @@ public:
     void apply(T3dPort* port, unsigned index) const;
     /** Sends filters, border colour and wrap modes to the texture bound to the target. */
     void setTextureProperties() const;
-    /** Marks a region of the image, in texels, as changed: the updater is called for it at the next apply. */
+    /**
+     * Adds a region of the image, in texels and without @p xMax and @p yMax, to the rectangle that has changed: the
+     * updater is called for it at the next apply.
+     */
     void changed(unsigned short xMin, unsigned short xMax, unsigned short yMin, unsigned short yMax);
     void setTextureUpdater(TglTexObjUpdater* updater) { fUpdater.reset(updater); }
 
@@ -170,7 +173,7 @@ public:
     static bool isTextureDisabled() { return fsIsTextureDisabled; }
     /** Lets objects without kOwnOptions follow the view: its environment mode, filters and anisotropy (see T3dPort). */
     static void setUsePortTextureOptions(bool use) { fsUsePortTextureOptions = use; }
-    /** Bytes of the images of all texture objects, one image each and without mipmaps or further cube faces. */
+    /** Bytes of the images of all texture objects, modulo 2^32: one image each, no mipmaps, one face of a cube. */
     static unsigned textureMemoryUsage();
 
     static bool fsIsTextureDisabled;
@@ -182,7 +185,6 @@ private:
     void init(int maximumSize);
     bool isNameMissing(unsigned index) const { return index >= fTextureNames.length() || !fTextureNames[index]; }
     bool makeName(unsigned index);
-    void releaseNames();
     void clearDirtyRegion() const;
     bool isFollowingPort() const;
     void sendImage(GLenum target, int width, int height, GLenum format, const void* pixels, bool generateMipmaps);

@@ -14,8 +14,7 @@ public:
     /** Makes element @p index be @p object; places that this adds before it are null. */
     void createAndSet(unsigned index, TglTextureObject* object)
     {
-        if (index >= length())
-            setLength(index + 1);
+        setLength(std::max(length(), index + 1));
         if (index < length())
             (*this)[index] = object;
     }

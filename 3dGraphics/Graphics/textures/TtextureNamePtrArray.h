@@ -19,7 +19,7 @@ public:
     /** Copies @p count pointers from the memory @p from to @p to. */
     void initialize(char* to, char* from, unsigned count)
     {
-        if (count > 0)
+        if (to && from && count > 0)
             std::memmove(to, from, std::size_t(count) * sizeof(TtextureName*));
     }
 };

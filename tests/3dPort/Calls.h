@@ -29,6 +29,21 @@ inline std::vector<std::string> from(const std::string& name, const std::vector<
     return {};
 }
 
+/** The calls of OpenGL that @p run makes, a line each and without "GL_". */
+template <class Run> std::string callsOf(Run run)
+{
+    GlRecorder recorder;
+    recorder.start();
+    run();
+    recorder.stop();
+    std::string lines;
+    for (const std::string& call : glCalls(recorder))
+        lines += call + '\n';
+    for (std::size_t at; (at = lines.find("GL_")) != std::string::npos;)
+        lines.erase(at, 3);
+    return lines;
+}
+
 /** A port of 40 x 30 pixels that is shown and current. */
 class ShownPort : public testing::Test
 {

@@ -116,12 +116,6 @@ const Twalk::Toperation Twalk::kOperations[] = {
          p.setTextureCombineBlend(d.one({TglContext::kCombineRgb, TglContext::kCombineAlpha}),
                                   d.one({TglContext::kCombineReplace, TglContext::kCombineAdd}));
      }},
-    {"texture parameters",
-     [](Twalk& d, T3dPort& p) {
-         p.setTextureMinFilter(d.one({TglContext::kNearest, TglContext::kLinear, TglContext::kLinearMipmapLinear}));
-         p.setTextureMagFilter(d.one({TglContext::kNearest, TglContext::kLinear}));
-         p.setTextureWrap(d.one({TglContext::kClamp, TglContext::kRepeat}));
-     }},
     {"textureTransform",
      [](Twalk& d, T3dPort& p) { p.textureTransform(d.value(), d.value(), 1, d.value(), 0, d.value()); }},
     {"activeTextureUnit",

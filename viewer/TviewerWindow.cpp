@@ -191,8 +191,6 @@ QString TviewerWindow::setTexture(const QString& path)
 void TviewerWindow::setFilter(TmodelTexture::Tfilter filter)
 {
     fScene.texture().setFilter(filter);
-    const QString names[] = {tr("Texels as they are"), tr("Texels mixed"), tr("Texels mixed, smaller pictures far away")};
-    statusBar()->showMessage(names[filter], kMessageTime);
     updateAll();
 }
 
@@ -467,6 +465,9 @@ void TviewerWindow::keyPressEvent(QKeyEvent* event)
     case Qt::Key_2:
     case Qt::Key_3:
         setFilter(static_cast<TmodelTexture::Tfilter>(event->key() - Qt::Key_1));
+        statusBar()->showMessage(QStringList{tr("Texels as they are"), tr("Texels mixed"),
+                                             tr("Texels mixed, smaller pictures far away")}[event->key() - Qt::Key_1],
+                                 kMessageTime);
         return;
     case Qt::Key_B:
         setBrush(!fBrush.isOn());

@@ -10,13 +10,12 @@
 #include <array>
 #include <cmath>
 #include <functional>
-#include <limits>
 
 namespace {
 
 using Pixel = std::array<int, 3>; ///< red, green, blue
 
-constexpr int kNone = std::numeric_limits<int>::min();
+constexpr int kNone = -100000;
 
 Pixel pattern(int x, int y)
 {

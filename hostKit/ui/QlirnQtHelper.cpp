@@ -1,6 +1,7 @@
 #include "ui/QlirnQtHelper.h"
 
 #include "foundation/Tmodifier.h"
+#include "ui/QlirnScriptAction.h"
 
 #include <QMenu>
 #include <QMouseEvent>
@@ -9,6 +10,8 @@
 #include <QWheelEvent>
 #include <QWidget>
 
+Q_DECLARE_METATYPE(TscriptPtr)
+
 namespace {
 
 // Held by the widget itself, so that a registration ends with it.
@@ -16,6 +19,11 @@ constexpr char kPopupMenu[] = "LirnPopupMenu";
 constexpr char kPopupButton[] = "LirnPopupButton";
 
 constexpr Qt::MouseButton kButtons[] = {Qt::LeftButton, Qt::MiddleButton, Qt::RightButton};
+
+QByteArray scriptProperty(const char* name)
+{
+    return QByteArray("LirnScript_") + name;
+}
 
 int lirnButtonOf(Qt::MouseButton button, Qt::MouseButtons buttons)
 {
@@ -78,5 +86,42 @@ bool QlirnQtHelper::handlePopupMenu(QWidget* widget, QMouseEvent* event)
     }
     menu->popup(event->globalPos());
     event->accept();
+    return true;
+}
+
+void QlirnQtHelper::setCommandScript(QObject* control, const char* name, TscriptPtr script)
+{
+    if (control && name) {
+        control->setProperty(scriptProperty(name), script ? QVariant::fromValue(std::move(script)) : QVariant());
+    }
+}
+
+TscriptPtr QlirnQtHelper::commandScript(const QObject* control, const char* name)
+{
+    return control && name ? control->property(scriptProperty(name)).value<TscriptPtr>() : nullptr;
+}
+
+bool QlirnQtHelper::executeCommandScript(QObject* control, const char* name)
+{
+    const TscriptPtr script = commandScript(control, name);
+    return script && script->run();
+}
+
+bool QlirnQtHelper::linkControlSignalToScriptAction(QObject* control, const char* signal, const char* name,
+                                                    TscriptPtr script)
+{
+    if (!control || !signal || !name) {
+        return false;
+    }
+    auto* action =
+        control->findChild<QlirnScriptAction*>(QString::fromUtf8(name), Qt::FindDirectChildrenOnly);
+    if (!action) {
+        action = new QlirnScriptAction(control, name);
+        if (!QObject::connect(control, signal, action, SLOT(run()))) {
+            delete action;
+            return false;
+        }
+    }
+    setCommandScript(control, name, std::move(script));
     return true;
 }

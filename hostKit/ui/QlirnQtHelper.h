@@ -1,9 +1,12 @@
 #pragma once
 
+#include "ui/Tscript.h"
+
 #include <Qt>
 
 class QMenu;
 class QMouseEvent;
+class QObject;
 class QWheelEvent;
 class QWidget;
 
@@ -41,4 +44,21 @@ public:
      * @return true when a menu was shown: the event is used up.
      */
     static bool handlePopupMenu(QWidget* widget, QMouseEvent* event);
+
+    /** \name Scripts of a control
+     * A control keeps scripts under names such as "dragCommand"; they go with it. */
+    ///@{
+    /** Attaches a script, in place of an earlier one of the name; null takes it away. */
+    static void setCommandScript(QObject* control, const char* name, TscriptPtr script);
+    /** The script of the name, null when there is none. */
+    static TscriptPtr commandScript(const QObject* control, const char* name);
+    /** Runs the script of the name; false when there is none or it fails. The script may delete the control. */
+    static bool executeCommandScript(QObject* control, const char* name);
+    /**
+     * Attaches a script and lets the signal, written with SIGNAL(), run what is attached under the name from then on.
+     * @return false when the control has no such signal; then nothing is attached.
+     */
+    static bool linkControlSignalToScriptAction(QObject* control, const char* signal, const char* name,
+                                                TscriptPtr script);
+    ///@}
 };

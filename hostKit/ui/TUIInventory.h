@@ -2,14 +2,17 @@
 
 #include "foundation/Tstring.h"
 
+#include <QPointer>
+#include <QWidget>
+
 #include <utility>
 #include <vector>
 
 class Tcontrol;
 
 /**
- * The controls of a program by name. It owns none of them: a control leaves by itself when it is destroyed. For the
- * thread of the user interface.
+ * The controls of a program by name, and the widgets that commands have made. It owns none of them: a control or widget
+ * leaves by itself when it is destroyed. For the thread of the user interface.
  */
 class TUIInventory
 {
@@ -31,8 +34,24 @@ public:
     /** Number of controls. */
     unsigned count() const { return static_cast<unsigned>(fControls.size()); }
 
+    /** Enters a widget under its object name; false for a null one, and for a name that is empty or in use. */
+    bool addWidget(QWidget* widget);
+
+    /** Takes a widget out without deleting it; one that is not in, or null, is ignored. */
+    void removeWidget(const QWidget* widget);
+
+    /**
+     * The widget of the name.
+     * @param className  the Qt class it must be of; null for any
+     * @param derived  a class derived from that one will do as well
+     * @param report  reports a widget that is missing, or of another class, to the error handler
+     * @return null when there is none
+     */
+    QWidget* find(const char* name, const char* className, bool derived, bool report) const;
+
 private:
     std::vector<std::pair<Tcontrol*, Tstring>> fControls;
+    std::vector<QPointer<QWidget>> fWidgets;
 };
 
 /** The program's inventory, never null. It stays until the process ends. */

@@ -1,0 +1,13 @@
+#pragma once
+
+#include "commandEngine/TiceBaseCmd.h"
+
+/** The command "deleteUI": deletes the controls of the names given, all of them or, when one does not exist, none. */
+class TdeleteUICmd : public TiceBaseCmd
+{
+public:
+    using TiceBaseCmd::TiceBaseCmd;
+
+    bool appendSyntax() override;
+    int doIt() override;
+};

@@ -1,0 +1,54 @@
+#include "commandEngine/Tsyntax.h"
+
+#include <algorithm>
+#include <cstring>
+
+namespace {
+
+bool isLetter(char c)
+{
+    return (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z');
+}
+
+// Empty for what is no name.
+Tstring withDash(const char* name)
+{
+    const char* bare = name && *name == '-' ? name + 1 : name;
+    if (!bare || !isLetter(*bare) ||
+        !std::all_of(bare, bare + std::strlen(bare), [](char c) { return isLetter(c) || (c >= '0' && c <= '9'); })) {
+        return Tstring();
+    }
+    return Tstring("-") + bare;
+}
+
+} // namespace
+
+bool Tsyntax::addFlag(const char* shortName, const char* longName, TargumentType first, TargumentType second,
+                      TargumentType third)
+{
+    Tflag flag{withDash(shortName), withDash(longName), {}, false};
+    if (flag.shortName.isEmpty() || flag.longName.isEmpty() || find(flag.shortName) || find(flag.longName))
+        return false;
+    for (const TargumentType type : {first, second, third})
+        if (type != kNoArgument)
+            flag.types.push_back(type);
+    fFlags.push_back(std::move(flag));
+    return true;
+}
+
+bool Tsyntax::makeFlagMultiUse(const char* name)
+{
+    auto* flag = const_cast<Tflag*>(find(name));
+    if (flag)
+        flag->multiUse = true;
+    return flag != nullptr;
+}
+
+const Tsyntax::Tflag* Tsyntax::find(const Tstring& name) const
+{
+    const Tstring wanted = withDash(name.asChar());
+    const auto flag = std::find_if(fFlags.begin(), fFlags.end(), [&](const Tflag& each) {
+        return each.shortName == wanted || each.longName == wanted;
+    });
+    return flag == fFlags.end() ? nullptr : &*flag;
+}

@@ -5,7 +5,7 @@
 #include "ui/QlirnUiObjectType.h"
 #include "ui/TUIInventory.h"
 
-#include <QCoreApplication>
+#include <QApplication>
 #include <QLayout>
 #include <QPointer>
 #include <QWidget>
@@ -74,7 +74,7 @@ bool TiceControlBaseCmd::appendSyntax()
 
 int TiceControlBaseCmd::doIt()
 {
-    if (!QCoreApplication::instance())
+    if (!qobject_cast<QApplication*>(QCoreApplication::instance()))
         throw TfailedException("There is no user interface.");
     if (!args().objects().empty())
         fObjectName = args().objects().front();
@@ -124,10 +124,6 @@ int TiceControlBaseCmd::create()
     }
     if (!fParent)
         throw TfailedException("There is no parent for the control.");
-    if (!makeControl() || !qControl()) {
-        setError("The control could not be made.");
-        return 0;
-    }
 
     struct Tundo {
         TiceControlBaseCmd* command;
@@ -137,6 +133,10 @@ int TiceControlBaseCmd::create()
                 command->deleteControl();
         }
     } undo{this};
+    if (!makeControl() || !qControl()) {
+        setError("The control could not be made.");
+        return 0;
+    }
     qControl()->setObjectName(QString::fromUtf8(fObjectName.asChar()));
     gUIInventory->addWidget(qControl());
     setResult(fObjectName);

@@ -11,6 +11,9 @@
 #include <pybind11/embed.h>
 #include <pybind11/stl.h>
 
+#include <QCoreApplication>
+#include <QThread>
+
 #include <algorithm>
 #include <cstdio>
 #include <fstream>
@@ -29,6 +32,13 @@ struct Tstate {
     std::vector<Tstring> functions;
 };
 Tstate* gState = nullptr;
+
+/** A script can start threads. */
+bool isUiThread()
+{
+    const QCoreApplication* application = QCoreApplication::instance();
+    return !application || application->thread() == QThread::currentThread();
+}
 
 py::object toPython(const TcommandResult& result)
 {
@@ -200,6 +210,8 @@ py::object call(const Tstring& name, const py::args& args, const py::kwargs& kwa
     const Tsyntax* syntax = found == open.end() ? nullptr : (*found)->syntax();
     if (!syntax)
         raise(Tstring::tFormat("There is no command '^1s'.", name));
+    if (!isUiThread())
+        raise(name + ": Commands run in the thread of the user interface only.");
     TiceBaseCmd& command = **found;
     TcommandTokens tokens;
     try {
@@ -237,9 +249,8 @@ void updateModule()
     }
 }
 
-void write(const py::str& text, bool isError)
+void put(const Tstring& bytes, bool isError)
 {
-    const Tstring bytes = textOf(text);
     if (gState->output) {
         gState->output(bytes, isError);
         return;
@@ -247,6 +258,15 @@ void write(const py::str& text, bool isError)
     std::FILE* stream = isError ? stderr : stdout;
     std::fwrite(bytes.asChar(), 1, bytes.length(), stream);
     std::fflush(stream);
+}
+
+void write(const py::str& text, bool isError)
+{
+    const Tstring bytes = textOf(text);
+    if (isUiThread())
+        put(bytes, isError);
+    else
+        QMetaObject::invokeMethod(QCoreApplication::instance(), [bytes, isError] { put(bytes, isError); });
 }
 
 py::object makeStream(bool isError)

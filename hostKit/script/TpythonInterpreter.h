@@ -18,7 +18,8 @@
  *
  * A flag that takes a script is given a callable, or a string of Python. All scripts share one set of global names; lirn
  * is among them. The interpreter takes no setting from the environment. For the thread of the user interface; nothing
- * here throws.
+ * here throws. A script may start threads, which can't call commands and whose output comes once the program waits for
+ * events.
  */
 class TpythonInterpreter
 {

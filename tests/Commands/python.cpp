@@ -77,7 +77,8 @@ TEST_F(Python, ScriptsThatGoWrongLeaveTheProgramAlive)
         {"class C:\n  def __repr__(self): raise KeyError(1)\nc = C()", true, ""},
         {"c", false, "KeyError: 1"},
         {"if", false, "SyntaxError: invalid syntax"},
-        {"'a\0b'", false, ""},
+        {"'a", false, "SyntaxError: unterminated string"},
+        {"import threading, time\nt = threading.Thread(target=lambda: lirn.image('late'))\nt.start(); t.join()", true, ""},
         {"import sys; sys.exit()", true, ""},
         {"sys.exit('bye')", false, "The script has ended with: bye"},
         {"quit(3)", false, ""},
@@ -89,6 +90,7 @@ TEST_F(Python, ScriptsThatGoWrongLeaveTheProgramAlive)
         EXPECT_EQ(answer.ok, tested.ok) << tested.script << ": " << answer.text;
         EXPECT_THAT(answer.text, HasSubstr(tested.message));
     }
+    EXPECT_FALSE(find<QlirnStaticPicture>("late"));
     EXPECT_EQ(CommandTest::text("image x"), (Answer{true, "x"}));
 }
 

@@ -2,10 +2,14 @@
 
 #include "Commands/Doors.h"
 
+#include <QKeyEvent>
 #include <QStyle>
 #include <QStyleOptionSlider>
 #include <QWindow>
 #include <QX11Info>
+
+// X has a macro of that name.
+constexpr QEvent::Type kKeyPress = QEvent::KeyPress;
 
 // Last, for its macros.
 #include <X11/extensions/XTest.h>
@@ -149,14 +153,18 @@ TEST_F(SliderGroupRealEvents, DragAndChangeCommands)
     button(false);
     EXPECT_EQ(seen(), "'d4 d6 c6 c5'");
 
+    QKeyEvent key(kKeyPress, Qt::Key_Right, Qt::NoModifier);
+    QApplication::sendEvent(slider(), &key);
+    EXPECT_EQ(seen(), "'d4 d6 c6 c5 c6'");
+
     // A script in its other language, in the place of the first; one that fails does no harm.
     ErrorCollector errors;
     ASSERT_TRUE(text("colorIndexSliderGrp -edit wire -cc \"image -image \\\"\\\" done; nonsense\" -dc \"\"").ok);
-    moveTo(handleAt(5));
+    moveTo(handleAt(6));
     button(true);
     moveTo(handleAt(1));
     button(false);
-    EXPECT_EQ(seen(), "'d4 d6 c6 c5'");
+    EXPECT_EQ(seen(), "'d4 d6 c6 c5 c6'");
     EXPECT_TRUE(find<QlirnStaticPicture>("done"));
     EXPECT_THAT(errors.messages(), ElementsAre("There is no command 'nonsense'."));
     EXPECT_EQ(text("colorIndexSliderGrp -q -v wire"), (Answer{true, "1"}));

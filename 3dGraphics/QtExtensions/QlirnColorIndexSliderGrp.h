@@ -15,8 +15,8 @@ class LIRN_3DGRAPHICS_EXPORT QlirnColorIndexSliderGrp : public QlirnWidgetGrp
 
 public:
     /**
-     * A group of the range 0 to 10, the value 0 and no invisible index. Takes swatch and slider over; without a swatch no
-     * colour is shown and the slider's value is not followed.
+     * A group of the range 0 to 10, the value 0 and no invisible index. Takes swatch and slider over; without a swatch
+     * no colour is shown and the slider's value is not followed.
      */
     QlirnColorIndexSliderGrp(QWidget* parent, bool withLabel, QLabel* swatch, QlirnSlider* slider, bool withExtraLabel);
 

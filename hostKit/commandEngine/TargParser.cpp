@@ -72,11 +72,14 @@ TargParser::Tvalue TargParser::convert(const Tsyntax::Tflag& flag, Tsyntax::Targ
             return *given;
         break;
     case Tsyntax::kInteger: {
-        const auto given = whole ? std::optional<long long>(*whole) : word ? numberFrom<long long>(word->text) : std::nullopt;
+        const auto given = whole  ? std::optional<long long>(*whole)
+                           : word ? numberFrom<long long>(word->text)
+                                  : std::nullopt;
         if (!given)
             break;
         if (*given < std::numeric_limits<int>::min() || *given > std::numeric_limits<int>::max())
-            throw TfailedException(Tstring::tFormat("The value ^1d of flag '^2s' is out of range.", *given, flag.longName));
+            throw TfailedException(
+                Tstring::tFormat("The value ^1d of flag '^2s' is out of range.", *given, flag.longName));
         return static_cast<int>(*given);
     }
     case Tsyntax::kDouble:
@@ -100,8 +103,7 @@ TargParser::Tvalue TargParser::convert(const Tsyntax::Tflag& flag, Tsyntax::Targ
     case Tsyntax::kNoArgument:
         break;
     }
-    throw TfailedException(
-        Tstring::tFormat("Flag '^1s' needs an argument of type ^2s.", flag.longName, nameOf(type)));
+    throw TfailedException(Tstring::tFormat("Flag '^1s' needs an argument of type ^2s.", flag.longName, nameOf(type)));
 }
 
 void TargParser::clear()
@@ -148,8 +150,7 @@ void TargParser::take(const Tsyntax& syntax, const TcommandTokens& tokens)
             if (!word && !text)
                 throw TfailedException("The name of an object must be a string.");
             if (fObjects.size() == syntax.maxObjects())
-                throw TfailedException(
-                    Tstring::tFormat("Unexpected argument '^1s'.", word ? word->text : *text));
+                throw TfailedException(Tstring::tFormat("Unexpected argument '^1s'.", word ? word->text : *text));
             fObjects.push_back(word ? word->text : *text);
             continue;
         }

@@ -13,8 +13,8 @@ public:
     /**
      * Takes arguments in place of earlier ones. With the query flag among them no flag has arguments.
      * @param syntax  must outlive the parser's use
-     * @throws TfailedException for an unknown flag, one given twice, arguments that are missing, of a wrong type or out of
-     * range, and too many objects; there are no arguments then
+     * @throws TfailedException for an unknown flag, one given twice, arguments that are missing, of a wrong type or out
+     * of range, and too many objects; there are no arguments then
      */
     void parse(const Tsyntax& syntax, const TcommandTokens& tokens);
     void clear();
@@ -44,7 +44,8 @@ public:
 
 private:
     using Tvalue = std::variant<bool, int, double, Tstring, TscriptPtr>;
-    struct Tuse {
+    struct Tuse
+    {
         const Tsyntax::Tflag* flag;
         std::vector<Tvalue> values;
     };

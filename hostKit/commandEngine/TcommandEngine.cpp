@@ -18,7 +18,8 @@ std::map<Tstring, TiceBaseCmd*>& registry()
 
 int gDepth = 0;
 
-struct Tnesting {
+struct Tnesting
+{
     Tnesting() { ++gDepth; }
     ~Tnesting() { --gDepth; }
 };
@@ -30,10 +31,12 @@ TcommandOutcome failure(const Tstring& error)
 
 bool isFlag(const std::string& word)
 {
-    return word.size() > 1 && word[0] == '-' && ((word[1] >= 'a' && word[1] <= 'z') || (word[1] >= 'A' && word[1] <= 'Z'));
+    return word.size() > 1 && word[0] == '-' &&
+           ((word[1] >= 'a' && word[1] <= 'z') || (word[1] >= 'A' && word[1] <= 'Z'));
 }
 
-struct Tstatement {
+struct Tstatement
+{
     Tstring command;
     TcommandTokens arguments;
 };

@@ -4,7 +4,8 @@
 
 Tstring asText(const TcommandResult& result)
 {
-    struct Tvisitor {
+    struct Tvisitor
+    {
         Tstring operator()(std::monostate) const { return Tstring(); }
         Tstring operator()(bool value) const { return value ? "1" : "0"; }
         Tstring operator()(int value) const { return std::to_string(value); }

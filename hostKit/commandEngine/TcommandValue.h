@@ -7,7 +7,8 @@
 #include <vector>
 
 /** A word of a command line without quotes: a number, a switch or a text, as the flag needs it. */
-struct TbareWord {
+struct TbareWord
+{
     Tstring text;
 };
 
@@ -15,7 +16,8 @@ struct TbareWord {
 using TcommandValue = std::variant<bool, long long, double, Tstring, TbareWord, TscriptPtr>;
 
 /** A piece of a command's arguments: a flag, under its short or long name, or a value. */
-struct TcommandToken {
+struct TcommandToken
+{
     bool isFlag;
     TcommandValue value; ///< of a flag a Tstring, with the leading "-"
 };
@@ -28,7 +30,8 @@ using TcommandResult = std::variant<std::monostate, bool, int, double, Tstring, 
 Tstring asText(const TcommandResult& result);
 
 /** How running a command has ended. */
-struct TcommandOutcome {
+struct TcommandOutcome
+{
     bool ok = false;
     TcommandResult result; ///< nothing when it failed
     Tstring error;         ///< why it failed; empty when it did not

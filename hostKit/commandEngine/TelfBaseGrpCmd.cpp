@@ -6,7 +6,8 @@
 
 namespace {
 
-template <class T> struct Tnamed {
+template <class T> struct Tnamed
+{
     const char* name;
     T value;
 };

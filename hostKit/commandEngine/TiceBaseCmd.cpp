@@ -5,9 +5,7 @@
 #include "commandEngine/commandFlags.h"
 #include "commandEngine/pythonCommands.h"
 
-TiceBaseCmd::TiceBaseCmd(const char* name) : fName(name)
-{
-}
+TiceBaseCmd::TiceBaseCmd(const char* name) : fName(name) {}
 
 TiceBaseCmd::~TiceBaseCmd()
 {
@@ -48,7 +46,8 @@ TcommandOutcome TiceBaseCmd::run(const TcommandTokens& arguments)
     const Tsyntax* syntax = this->syntax();
     if (!syntax)
         return failed("The flags of the command can't be made.");
-    struct Tguard {
+    struct Tguard
+    {
         bool& running;
         ~Tguard() { running = false; }
     } guard{fRunning = true};

@@ -4,7 +4,8 @@
 
 /**
  * A command. One object serves every run of it: clear() takes the last run's traces away. A command derives from this,
- * adds its flags in appendSyntax() and does its work in doEditFlags() and doQueryFlags(), or in doIt() when it is neither.
+ * adds its flags in appendSyntax() and does its work in doEditFlags() and doQueryFlags(), or in doIt() when it is
+ * neither.
  *
  * The order of the virtual functions is part of the interface.
  */

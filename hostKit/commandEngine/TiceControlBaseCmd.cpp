@@ -62,8 +62,7 @@ void TiceControlBaseCmd::clear()
 bool TiceControlBaseCmd::appendSyntax()
 {
     return TiceBaseCmd::appendSyntax() && flags().addFlag(kELFeditFlag, kELFeditFlagLong) &&
-           flags().addFlag(kELFqueryFlag, kELFqueryFlagLong) &&
-           flags().addFlag(kELFexistsFlag, kELFexistsFlagLong) &&
+           flags().addFlag(kELFqueryFlag, kELFqueryFlagLong) && flags().addFlag(kELFexistsFlag, kELFexistsFlagLong) &&
            flags().addFlag(kELFparentFlag, kELFparentFlagLong, Tsyntax::kString) &&
            flags().addFlag(kELFvisibleFlag, kELFvisibleFlagLong, Tsyntax::kBoolean) &&
            flags().addFlag(kELFenableFlag, kELFenableFlagLong, Tsyntax::kBoolean) &&
@@ -125,7 +124,8 @@ int TiceControlBaseCmd::create()
     if (!fParent)
         throw TfailedException("There is no parent for the control.");
 
-    struct Tundo {
+    struct Tundo
+    {
         TiceControlBaseCmd* command;
         ~Tundo()
         {

@@ -31,8 +31,8 @@ public:
     virtual QWidget* qControl() const = 0;
 
     /**
-     * The widget that takes controls for which no parent is named, null for none. It is not taken over and may die at any
-     * time. A control goes to the end of its parent's layout, when that has one.
+     * The widget that takes controls for which no parent is named, null for none. It is not taken over and may die at
+     * any time. A control goes to the end of its parent's layout, when that has one.
      */
     static void setDefaultParent(QWidget* parent);
     static QWidget* defaultParent();

@@ -5,9 +5,9 @@
 #include "commandEngine/pythonCommands.h"
 
 /**
- * Makes the one object of a command and enters it, for text and for scripts; both end with the registration. Meant for a
- * static object, so that the command comes and goes with its library. A name that is taken leaves the older command as it
- * is, with a report to the error handler.
+ * Makes the one object of a command and enters it, for text and for scripts; both end with the registration. Meant for
+ * a static object, so that the command comes and goes with its library. A name that is taken leaves the older command
+ * as it is, with a report to the error handler.
  *
  * @code
  *     static TmetaCommandActionRegistration<TiceStaticImageCmd> gImageCmd("image");

@@ -18,7 +18,8 @@ public:
         kScript = 14
     };
 
-    struct Tflag {
+    struct Tflag
+    {
         Tstring shortName; ///< with the leading "-", as the long name
         Tstring longName;
         std::vector<TargumentType> types; ///< of the arguments, in order

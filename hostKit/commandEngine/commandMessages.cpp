@@ -11,7 +11,8 @@ Tstring rELFvalueMustBeLessThanOrEqualToMaxValue("The value must be less than or
 Tstring commandMessage(const Tstring& key)
 {
     using namespace s_HiceExceptionStrings;
-    const struct {
+    const struct
+    {
         const char* key;
         const Tstring& text;
     } texts[] = {

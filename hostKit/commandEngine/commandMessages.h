@@ -11,6 +11,6 @@ extern Tstring rELFvalueMustBeLessThanOrEqualToMaxValue;
 
 } // namespace s_HiceExceptionStrings
 
-/** The text of a message key such as "s_HiceExceptionStrings.rELFmaxValueMustBeGreaterThanMinValue"; what is no key is a
- * text itself. */
+/** The text of a message key such as "s_HiceExceptionStrings.rELFmaxValueMustBeGreaterThanMinValue"; what is no key is
+ * a text itself. */
 Tstring commandMessage(const Tstring& key);

@@ -24,7 +24,8 @@ namespace py = pybind11;
 namespace {
 
 // None of these is ever deleted: Python stays as long as the process, and longer than static objects.
-struct Tstate {
+struct Tstate
+{
     TpythonInterpreter::Toutput output;
     py::module_ module;
     py::dict globals;
@@ -42,7 +43,8 @@ bool isUiThread()
 
 py::object toPython(const TcommandResult& result)
 {
-    struct Tvisitor {
+    struct Tvisitor
+    {
         py::object operator()(std::monostate) const { return py::none(); }
         py::object operator()(bool value) const { return py::bool_(value); }
         py::object operator()(int value) const { return py::int_(value); }
@@ -157,7 +159,8 @@ TcommandValue toValue(const py::handle& value, Tsyntax::TargumentType type, cons
     } else if (py::isinstance<py::str>(value)) {
         return textOf(value);
     }
-    throw TfailedException(Tstring::tFormat("A value of type ^1s can't be an argument of '^2s'.", Py_TYPE(value.ptr())->tp_name, flag));
+    throw TfailedException(
+        Tstring::tFormat("A value of type ^1s can't be an argument of '^2s'.", Py_TYPE(value.ptr())->tp_name, flag));
 }
 
 void addUse(TcommandTokens& tokens, const Tsyntax::Tflag& flag, const py::handle& value)
@@ -317,8 +320,8 @@ TpythonInterpreter* TpythonInterpreter::instance()
             gState->module = py::reinterpret_borrow<py::module_>(PyImport_AddModule("lirn"));
             gState->globals = py::module_::import("__main__").attr("__dict__");
             gState->globals["lirn"] = gState->module;
-            gState->error = py::reinterpret_steal<py::object>(
-                PyErr_NewException("lirn.error", PyExc_RuntimeError, nullptr));
+            gState->error =
+                py::reinterpret_steal<py::object>(PyErr_NewException("lirn.error", PyExc_RuntimeError, nullptr));
             gState->module.attr("error") = gState->error;
             auto sys = py::module_::import("sys");
             sys.attr("stdout") = makeStream(false);

@@ -5,26 +5,28 @@
 #include <functional>
 
 /**
- * The Python that is part of the program. The module "lirn" has a function for every command open to scripts: objects are
- * its arguments, flags its keyword arguments under their short or long names, a flag without arguments or in a query is
- * given by True, several arguments of a flag by a tuple and several uses by a list of tuples. Results are Python values;
- * a command that fails raises lirn.error, a RuntimeError, with its message.
+ * The Python that is part of the program. The module "lirn" has a function for every command open to scripts: objects
+ * are its arguments, flags its keyword arguments under their short or long names, a flag without arguments or in a
+ * query is given by True, several arguments of a flag by a tuple and several uses by a list of tuples. Results are
+ * Python values; a command that fails raises lirn.error, a RuntimeError, with its message.
  *
  * @code
  *     import lirn
  *     wire = lirn.colorIndexSliderGrp("wire", label="Wire", minValue=1, maxValue=8, value=3,
- *                                     changeCommand=lambda: print(lirn.colorIndexSliderGrp("wire", q=True, value=True)))
+ *                                     changeCommand=lambda: print(lirn.colorIndexSliderGrp("wire", q=True,
+ * value=True)))
  * @endcode
  *
- * A flag that takes a script is given a callable, or a string of Python. All scripts share one set of global names; lirn
- * is among them. The interpreter takes no setting from the environment. For the thread of the user interface; nothing
- * here throws. A script may start threads, which can't call commands and whose output comes once the program waits for
- * events.
+ * A flag that takes a script is given a callable, or a string of Python. All scripts share one set of global names;
+ * lirn is among them. The interpreter takes no setting from the environment. For the thread of the user interface;
+ * nothing here throws. A script may start threads, which can't call commands and whose output comes once the program
+ * waits for events.
  */
 class TpythonInterpreter
 {
 public:
-    struct Toutcome {
+    struct Toutcome
+    {
         bool ok = false;
         Tstring value; ///< of an expression what Python shows of its value, nothing for None
         Tstring error; ///< the trace of the exception that ended the script; empty when none did

@@ -9,9 +9,7 @@ QlirnSlider::QlirnSlider(QWidget* parent) : QSlider(Qt::Horizontal, parent)
     connect(this, &QSlider::valueChanged, this, [this] { fChanged = true; });
 }
 
-void QlirnSlider::newExpressionForConnections(const QString&)
-{
-}
+void QlirnSlider::newExpressionForConnections(const QString&) {}
 
 void QlirnSlider::mousePressEvent(QMouseEvent* event)
 {

@@ -5,8 +5,8 @@
 #include <QSlider>
 
 /**
- * A horizontal slider of integers that tells when the user is done with a change. While it is dragged its value is up to
- * date already when actionTriggered is emitted.
+ * A horizontal slider of integers that tells when the user is done with a change. While it is dragged its value is up
+ * to date already when actionTriggered is emitted.
  */
 class QlirnSlider : public QSlider, public QlirnIconnectableControl
 {
@@ -19,7 +19,8 @@ public:
     void newExpressionForConnections(const QString& expression) override;
 
 signals:
-    /** The user has changed the value: at the end of a drag, after a key, a turn of the wheel or a press beside the handle. */
+    /** The user has changed the value: at the end of a drag, after a key, a turn of the wheel or a press beside the
+     * handle. */
     void sliderChangeCompleted();
 
 protected:

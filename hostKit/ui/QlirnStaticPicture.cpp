@@ -4,9 +4,7 @@
 
 #include <QPixmap>
 
-QlirnStaticPicture::QlirnStaticPicture(QWidget* parent) : QLabel(parent)
-{
-}
+QlirnStaticPicture::QlirnStaticPicture(QWidget* parent) : QLabel(parent) {}
 
 void QlirnStaticPicture::setPicture(const Tstring& picture)
 {

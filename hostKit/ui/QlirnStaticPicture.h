@@ -13,8 +13,8 @@ public:
     explicit QlirnStaticPicture(QWidget* parent = nullptr);
 
     /**
-     * Shows the image in the file of that name, of a format that Qt reads; nothing for an empty name. A file that can't be
-     * read shows nothing and is reported to the error handler as a warning.
+     * Shows the image in the file of that name, of a format that Qt reads; nothing for an empty name. A file that can't
+     * be read shows nothing and is reported to the error handler as a warning.
      */
     void setPicture(const Tstring& picture);
 

@@ -8,7 +8,8 @@
 
 namespace {
 
-struct Ttype {
+struct Ttype
+{
     Tstring command;
     const QMetaObject* metaObject;
     Tstring name;

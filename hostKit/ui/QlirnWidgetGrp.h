@@ -59,7 +59,8 @@ signals:
     void groupChangeCompleted();
 
 private:
-    struct Tcolumn {
+    struct Tcolumn
+    {
         QWidget* widget;
         int width;
         bool takesExtra;

@@ -77,7 +77,8 @@ public:
         if (door == Door::kText)
             return text(line + " " + object);
         Answer answer = python("(lambda v: ' '.join(map(str, v)) if isinstance(v, list) else str(int(v)) if "
-                               "isinstance(v, bool) else str(v))(lirn." + command + "(" + arguments + "))");
+                               "isinstance(v, bool) else str(v))(lirn." +
+                               command + "(" + arguments + "))");
         if (answer.ok && answer.text.size() >= 2)
             answer.text = answer.text.substr(1, answer.text.size() - 2);
         const std::string prefix = "lirn.error: ";

@@ -40,9 +40,8 @@ protected:
                ", invisible " + query(object, "invisible");
     }
 };
-INSTANTIATE_TEST_SUITE_P(, Commands, ::testing::Values(Door::kText, Door::kPython), [](const auto& door) {
-    return door.param == Door::kText ? "Text" : "Python";
-});
+INSTANTIATE_TEST_SUITE_P(, Commands, ::testing::Values(Door::kText, Door::kPython),
+                         [](const auto& door) { return door.param == Door::kText ? "Text" : "Python"; });
 
 } // namespace
 
@@ -54,17 +53,29 @@ TEST_P(Commands, CreateEditAndQueryEveryFlag)
     EXPECT_EQ(query("colorIndexSliderGrp1", "columnWidth"), "80 160");
 
     EXPECT_EQ(run(kSlider, "wire",
-                  {{"label", "\"Wire colour\""}, {"extraLabel", "\"of 8\""}, {"minValue", "1"}, {"maxValue", "8"},
-                   {"value", "3"}, {"forceDragRefresh", ""}, {"invisible", "3"}, {"annotation", "\"tip\""},
-                   {"height", "30"}, {"enable", GetParam() == Door::kText ? "off" : "False"}}),
+                  {{"label", "\"Wire colour\""},
+                   {"extraLabel", "\"of 8\""},
+                   {"minValue", "1"},
+                   {"maxValue", "8"},
+                   {"value", "3"},
+                   {"forceDragRefresh", ""},
+                   {"invisible", "3"},
+                   {"annotation", "\"tip\""},
+                   {"height", "30"},
+                   {"enable", GetParam() == Door::kText ? "off" : "False"}}),
               (Answer{true, "wire"}));
     EXPECT_EQ(state("wire"), "3 in 1..8, invisible -1");
-    for (const auto& [flag, value] : CommandTest::Flags{{"label", "Wire colour"}, {"extraLabel", "of 8"},
-                                                        {"columnWidth", "140 80 160"}, {"annotation", "tip"},
-                                                        {"height", "30"}, {"enable", "0"}, {"visible", "1"},
+    for (const auto& [flag, value] : CommandTest::Flags{{"label", "Wire colour"},
+                                                        {"extraLabel", "of 8"},
+                                                        {"columnWidth", "140 80 160"},
+                                                        {"annotation", "tip"},
+                                                        {"height", "30"},
+                                                        {"enable", "0"},
+                                                        {"visible", "1"},
                                                         {"parent", "panel"}})
         EXPECT_EQ(query("wire", flag), value) << flag;
-    EXPECT_EQ(edit("wire", {{"label", "\"Face\""}, {"extraLabel", "\"\""}, {"minValue", "-4"}, {"value", "-2"}}).text, "wire");
+    EXPECT_EQ(edit("wire", {{"label", "\"Face\""}, {"extraLabel", "\"\""}, {"minValue", "-4"}, {"value", "-2"}}).text,
+              "wire");
     EXPECT_EQ(query("wire", "label") + query("wire", "extraLabel"), "Face");
     EXPECT_EQ(state("wire"), "-2 in -4..8, invisible -1");
     EXPECT_EQ(run(kSlider, "wire", {{"exists", ""}}).text, "1");
@@ -89,7 +100,8 @@ TEST_P(Commands, ValuesAreCorrectedOrRefused)
     const std::string kOrder = "colorIndexSliderGrp: The maximum value must be greater than the minimum value.";
     const std::string kLow = "The value must be greater than or equal to the minimum value.";
     const std::string kHigh = "The value must be less than or equal to the maximum value.";
-    const struct {
+    const struct
+    {
         Flags flags;
         std::string warning, error, state;
     } cases[] = {
@@ -111,8 +123,8 @@ TEST_P(Commands, ValuesAreCorrectedOrRefused)
         auto* group = find<QlirnColorIndexSliderGrp>(name.c_str());
         ErrorCollector warnings;
         EXPECT_EQ(edit(name, tested.flags), (Answer{tested.error.empty(), tested.error.empty() ? name : tested.error}));
-        EXPECT_EQ(warnings.messages(), tested.warning.empty() ? std::vector<std::string>{}
-                                                              : std::vector<std::string>{tested.warning});
+        EXPECT_EQ(warnings.messages(),
+                  tested.warning.empty() ? std::vector<std::string>{} : std::vector<std::string>{tested.warning});
         EXPECT_EQ(state(name), tested.state + ", invisible -1");
         EXPECT_EQ(group->lirnSlider()->value(), group->value());
     }
@@ -133,7 +145,8 @@ TEST_P(Commands, WhatIsWrongChangesNothing)
     ASSERT_TRUE(run(kSlider, "wire", {{"value", "4"}, {"label", "\"a\""}}).ok);
     ASSERT_TRUE(run("image", "picture", {}).ok);
     const auto controls = panel().findChildren<QWidget*>().size();
-    const struct {
+    const struct
+    {
         std::string command, object;
         Flags flags;
         const char* error;
@@ -221,7 +234,8 @@ TEST_F(Deletion, ByQtWhileACommandHoldsTheControl)
 {
     TiceStaticImageCmd command("image2");
     ASSERT_TRUE(command.run({}).ok);
-    struct Holding : TiceStaticImageCmd {
+    struct Holding : TiceStaticImageCmd
+    {
         using TiceStaticImageCmd::TiceStaticImageCmd;
         int doEditFlags() override
         {
@@ -236,7 +250,8 @@ TEST_F(Deletion, ByQtWhileACommandHoldsTheControl)
 
 TEST_F(Deletion, ClearForgetsWithoutDeleting)
 {
-    struct Clearing : TelfColorIndexSliderGrpCmd {
+    struct Clearing : TelfColorIndexSliderGrpCmd
+    {
         using TelfColorIndexSliderGrpCmd::TelfColorIndexSliderGrpCmd;
         int doEditFlags() override
         {

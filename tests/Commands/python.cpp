@@ -50,7 +50,8 @@ TEST_F(Python, ValuesAreThoseOfTheLanguage)
     const std::pair<const char*, const char*> wrong[] = {
         {"lirn.image(3)", "lirn.error: image: The name of an object must be a string."},
         {"lirn.image('i', nothing=1)", "lirn.error: image: Unknown flag 'nothing'."},
-        {"lirn.image('i', image=None)", "lirn.error: image: A value of type NoneType can't be an argument of '-image'."},
+        {"lirn.image('i', image=None)",
+         "lirn.error: image: A value of type NoneType can't be an argument of '-image'."},
         {"lirn.image('i', w=10**30)", "lirn.error: image: The value of '-width' is out of range."},
         {"lirn.image('i', q=True, w=3)", "lirn.error: image: Flag '-width' must be True or False here."},
         {"lirn.image('i', w=(1, 2))", "lirn.error: image: Flag '-width' has 1 argument(s)."},
@@ -66,7 +67,8 @@ TEST_F(Python, ValuesAreThoseOfTheLanguage)
 
 TEST_F(Python, ScriptsThatGoWrongLeaveTheProgramAlive)
 {
-    const struct {
+    const struct
+    {
         const char* script;
         bool ok;
         const char* message;
@@ -78,7 +80,8 @@ TEST_F(Python, ScriptsThatGoWrongLeaveTheProgramAlive)
         {"c", false, "KeyError: 1"},
         {"if", false, "SyntaxError: invalid syntax"},
         {"'a", false, "SyntaxError: unterminated string"},
-        {"import threading, time\nt = threading.Thread(target=lambda: lirn.image('late'))\nt.start(); t.join()", true, ""},
+        {"import threading, time\nt = threading.Thread(target=lambda: lirn.image('late'))\nt.start(); t.join()", true,
+         ""},
         {"import sys; sys.exit()", true, ""},
         {"sys.exit('bye')", false, "The script has ended with: bye"},
         {"quit(3)", false, ""},

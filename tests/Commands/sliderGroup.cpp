@@ -36,7 +36,10 @@ protected:
     {
         // Scripts leave what they saw here.
         ASSERT_TRUE(text("colorIndexSliderGrp wire -maxValue 8 -value 3").ok);
-        ASSERT_TRUE(python("seen = []\ndef note(what): seen.append(f\"{what}{lirn.colorIndexSliderGrp('wire', q=1==1, v=True)}\")").ok);
+        ASSERT_TRUE(
+            python(
+                "seen = []\ndef note(what): seen.append(f\"{what}{lirn.colorIndexSliderGrp('wire', q=1==1, v=True)}\")")
+                .ok);
         panel().move(40, 40);
         panel().resize(400, 60);
         panel().show();
@@ -64,10 +67,8 @@ protected:
         option.minimum = slider()->minimum();
         option.maximum = slider()->maximum();
         option.sliderPosition = option.sliderValue = value;
-        return slider()->mapToGlobal(slider()
-                                         ->style()
-                                         ->subControlRect(QStyle::CC_Slider, &option, QStyle::SC_SliderHandle, slider())
-                                         .center());
+        return slider()->mapToGlobal(
+            slider()->style()->subControlRect(QStyle::CC_Slider, &option, QStyle::SC_SliderHandle, slider()).center());
     }
     void moveTo(const QPoint& at)
     {
@@ -109,7 +110,10 @@ TEST_F(SliderGroup, RangesAndValues)
 
 TEST_F(SliderGroup, TheSwatchShowsTheEntry)
 {
-    const TportColor colors[] = {{0.2f, 0.4f, 0.6f, 1}, {1, 0, 0, 0}, {0, 1, 0, 1}, {2, -1, 0.5f, 1},
+    const TportColor colors[] = {{0.2f, 0.4f, 0.6f, 1},
+                                 {1, 0, 0, 0},
+                                 {0, 1, 0, 1},
+                                 {2, -1, 0.5f, 1},
                                  {std::numeric_limits<float>::quiet_NaN(), 0, 1, 1}};
     const QRgb shown[] = {qRgb(51, 102, 153), qRgb(255, 0, 0), qRgb(0, 255, 0), qRgb(255, 0, 128), qRgb(0, 0, 255)};
     for (unsigned short i = 0; i < 5; ++i)
@@ -138,7 +142,9 @@ TEST_F(SliderGroup, TheSwatchShowsTheEntry)
 
 TEST_F(SliderGroupRealEvents, DragAndChangeCommands)
 {
-    ASSERT_TRUE(python("lirn.colorIndexSliderGrp('wire', e=True, dragCommand=lambda: note('d'), changeCommand='note(\"c\")')").ok);
+    ASSERT_TRUE(
+        python("lirn.colorIndexSliderGrp('wire', e=True, dragCommand=lambda: note('d'), changeCommand='note(\"c\")')")
+            .ok);
     moveTo(handleAt(3));
     button(true);
     moveTo(handleAt(4));

@@ -24,7 +24,8 @@ public:
     {
         flags().setMaxObjects(2);
         return flags().addFlag("-b", "-bool", Tsyntax::kBoolean) && flags().addFlag("i", "int", Tsyntax::kInteger) &&
-               flags().addFlag("-d", "-double", Tsyntax::kDouble) && flags().addFlag("-s", "-string", Tsyntax::kString) &&
+               flags().addFlag("-d", "-double", Tsyntax::kDouble) &&
+               flags().addFlag("-s", "-string", Tsyntax::kString) &&
                flags().addFlag("-sc", "-script", Tsyntax::kScript) && flags().addFlag("-n", "-none") &&
                flags().addFlag("-p", "-pair", Tsyntax::kInteger, Tsyntax::kString) && flags().makeFlagMultiUse("p");
     }
@@ -67,7 +68,8 @@ public:
 TEST(commandEngine, Arguments)
 {
     TmetaCommandActionRegistration<EchoCmd> echo("echo");
-    const struct {
+    const struct
+    {
         const char* text;
         const char* result; // null: an error
         const char* error;

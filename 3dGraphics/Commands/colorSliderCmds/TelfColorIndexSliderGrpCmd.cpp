@@ -21,14 +21,11 @@ TmetaCommandActionRegistration<TelfColorIndexSliderGrpCmd> gColorIndexSliderGrpC
 
 } // namespace
 
-TelfColorIndexSliderGrpCmd::TelfColorIndexSliderGrpCmd(const char* name) : TelfBaseGrpCmd(name)
-{
-}
+TelfColorIndexSliderGrpCmd::TelfColorIndexSliderGrpCmd(const char* name) : TelfBaseGrpCmd(name) {}
 
 bool TelfColorIndexSliderGrpCmd::appendSyntax()
 {
-    return TelfBaseGrpCmd::appendSyntax() &&
-           flags().addFlag(kELFlabelFlag, kELFlabelFlagLong, Tsyntax::kString) &&
+    return TelfBaseGrpCmd::appendSyntax() && flags().addFlag(kELFlabelFlag, kELFlabelFlagLong, Tsyntax::kString) &&
            flags().addFlag(kELFextraLabelFlag, kELFextraLabelFlagLong, Tsyntax::kString) &&
            flags().addFlag(kELFchangeCommandFlag, kELFchangeCommandFlagLong, Tsyntax::kScript) &&
            flags().addFlag(kELFdragCommandFlag, kELFdragCommandFlagLong, Tsyntax::kScript) &&

@@ -8,8 +8,8 @@
  * The command "colorIndexSliderGrp": a group that picks an entry of the colour table by its index.
  *
  * Flags besides those of every group: label, extraLabel (texts; a group has them only when it was created with them),
- * value, minValue, maxValue (integers), changeCommand, dragCommand (scripts), invisible (clears the invisible index when
- * it lies outside the range), forceDragRefresh (accepted).
+ * value, minValue, maxValue (integers), changeCommand, dragCommand (scripts), invisible (clears the invisible index
+ * when it lies outside the range), forceDragRefresh (accepted).
  */
 class LIRN_3DGRAPHICS_EXPORT TelfColorIndexSliderGrpCmd : public TelfBaseGrpCmd
 {

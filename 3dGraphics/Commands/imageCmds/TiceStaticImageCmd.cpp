@@ -19,8 +19,7 @@ TiceStaticImageCmd::TiceStaticImageCmd(const char* name) : TiceControlBaseCmd(na
 
 bool TiceStaticImageCmd::appendSyntax()
 {
-    return TiceControlBaseCmd::appendSyntax() &&
-           flags().addFlag(kELFimageFlag, kELFimageFlagLong, Tsyntax::kString);
+    return TiceControlBaseCmd::appendSyntax() && flags().addFlag(kELFimageFlag, kELFimageFlagLong, Tsyntax::kString);
 }
 
 bool TiceStaticImageCmd::makeControl()
@@ -43,8 +42,8 @@ void TiceStaticImageCmd::deleteControl()
 
 bool TiceStaticImageCmd::findPtrs()
 {
-    fControl = qobject_cast<QlirnStaticPicture*>(
-        gUIInventory->find(objectName().asChar(), "QlirnStaticPicture", true, false));
+    fControl =
+        qobject_cast<QlirnStaticPicture*>(gUIInventory->find(objectName().asChar(), "QlirnStaticPicture", true, false));
     return fControl != nullptr;
 }
 

@@ -6,7 +6,8 @@
 
 #include <QPointer>
 
-/** The command "image": a control that shows a picture. Flag besides those of every control: image, the picture's file. */
+/** The command "image": a control that shows a picture. Flag besides those of every control: image, the picture's file.
+ */
 class LIRN_3DGRAPHICS_EXPORT TiceStaticImageCmd : public TiceControlBaseCmd
 {
 public:

@@ -12,12 +12,11 @@
 #include <pybind11/stl.h>
 
 #include <QCoreApplication>
+#include <QFile>
 #include <QThread>
 
 #include <algorithm>
 #include <cstdio>
-#include <fstream>
-#include <sstream>
 
 namespace py = pybind11;
 
@@ -86,10 +85,15 @@ TpythonInterpreter::Toutcome outcomeOf(py::error_already_set& exception)
 {
     if (!exception.matches(PyExc_SystemExit))
         return {false, {}, traceOf(exception)};
-    const py::object code = exception.value().attr("code");
-    if (code.is_none() || (py::isinstance<py::int_>(code) && PyObject_IsTrue(code.ptr()) == 0))
-        return {true, {}, {}};
-    return {false, {}, Tstring("The script has ended with: ") + textOf(py::str(code))};
+    // What the script ends with can be an object of its own, with text that can't be had.
+    try {
+        const py::object code = exception.value().attr("code");
+        if (code.is_none() || (py::isinstance<py::int_>(code) && PyObject_IsTrue(code.ptr()) == 0))
+            return {true, {}, {}};
+        return {false, {}, Tstring("The script has ended with: ") + textOf(py::str(code))};
+    } catch (py::error_already_set& e) {
+        return {false, {}, traceOf(e)};
+    }
 }
 
 class TpythonScript : public Tscript
@@ -370,12 +374,10 @@ TpythonInterpreter::Toutcome TpythonInterpreter::execute(const Tstring& script, 
 
 TpythonInterpreter::Toutcome TpythonInterpreter::executeFile(const char* path)
 {
-    std::ifstream file(path ? path : "");
-    std::ostringstream text;
-    text << file.rdbuf();
-    if (!file)
+    QFile file(QFile::decodeName(path));
+    if (!file.open(QFile::ReadOnly))
         return {false, {}, Tstring::tFormat("Can't read the script '^1s'.", path)};
-    return execute(Tstring(text.str()), path);
+    return execute(Tstring(file.readAll().toStdString()), path);
 }
 
 void TpythonInterpreter::setOutput(Toutput output)

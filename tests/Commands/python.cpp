@@ -78,6 +78,7 @@ TEST_F(Python, ScriptsThatGoWrongLeaveTheProgramAlive)
         {"def f(): return lirn.deleteUI(f())\nf()", false, "RecursionError: maximum recursion depth exceeded"},
         {"class C:\n  def __repr__(self): raise KeyError(1)\nc = C()", true, ""},
         {"c", false, "KeyError: 1"},
+        {"raise SystemExit(c)", false, "KeyError: 1"},
         {"if", false, "SyntaxError: invalid syntax"},
         {"'a", false, "SyntaxError: unterminated string"},
         {"import threading, time\nt = threading.Thread(target=lambda: lirn.image('late'))\nt.start(); t.join()", true,

@@ -73,14 +73,18 @@ protected:
     void moveTo(const QPoint& at)
     {
         XTestFakeMotionEvent(QX11Info::display(), -1, at.x(), at.y(), CurrentTime);
-        XSync(QX11Info::display(), False);
-        settle();
+        deliver();
     }
     void button(bool down)
     {
         XTestFakeButtonEvent(QX11Info::display(), 1, down, CurrentTime);
+        deliver();
+    }
+    /** Qt reads events in a thread of its own, which may be behind the server. */
+    static void deliver()
+    {
         XSync(QX11Info::display(), False);
-        settle();
+        waitUntil([] { return false; }, 60);
     }
     std::string seen() { return python("' '.join(seen)").text; }
 };

@@ -32,10 +32,23 @@ Display* display()
     return QX11Info::display();
 }
 
+/** Qt reads events in a thread of its own, which may be behind the server. */
+void deliver()
+{
+    XSync(display(), 0);
+    waitUntil([] { return false; }, 60);
+}
+
 void key(KeySym symbol, bool down)
 {
     XTestFakeKeyEvent(display(), XKeysymToKeycode(display(), symbol), down, CurrentTime);
-    XSync(display(), 0);
+    deliver();
+}
+
+void button(bool down)
+{
+    XTestFakeButtonEvent(display(), 1, down, CurrentTime);
+    deliver();
 }
 
 /** Two squares that face the front, the smaller one in front of the other's right half. */
@@ -79,29 +92,23 @@ protected:
     void at(const QPoint& p)
     {
         XTestFakeMotionEvent(display(), -1, p.x(), p.y(), CurrentTime);
-        XSync(display(), 0);
-        settle();
+        deliver();
     }
     void drag(const QPoint& from, const QPoint& to)
     {
         at(from);
-        XTestFakeButtonEvent(display(), 1, True, CurrentTime);
-        XSync(display(), 0);
-        settle();
+        button(true);
         if (to != from) {
             at((from + to) / 2);
             at(to);
         }
-        XTestFakeButtonEvent(display(), 1, False, CurrentTime);
-        XSync(display(), 0);
-        settle();
+        button(false);
     }
     void strike(KeySym symbol)
     {
         fWindow.setFocus();
         key(symbol, true);
         key(symbol, false);
-        settle();
     }
     void click(const QPoint& p, KeySym modifier = NoSymbol)
     {
@@ -110,7 +117,6 @@ protected:
         drag(p, p);
         if (modifier != NoSymbol)
             key(modifier, false);
-        settle();
     }
 
     void clickNothing()
@@ -188,7 +194,7 @@ TEST_F(ClicksRealEvents, MarqueesAreErasedWithoutDrawingTheSceneAgain)
     at(seen(-2.2, 1.3, 0));
     waitUntil([] { return false; }, 300); // the status bar follows the pointer
     const QImage before = onScreen(fWindow);
-    XTestFakeButtonEvent(display(), 1, True, CurrentTime);
+    button(true);
     at(seen(-1, 0.5, 0));
     at(seen(0, 0, 0));
     EXPECT_TRUE(waitUntil([&] { return port().isBackingSaved(); }, 2000));
@@ -196,8 +202,7 @@ TEST_F(ClicksRealEvents, MarqueesAreErasedWithoutDrawingTheSceneAgain)
     EXPECT_TRUE(port().isBackingSaved());
     EXPECT_NE(onScreen(fWindow), before);
     at(seen(-2.2, 1.3, 0));
-    XTestFakeButtonEvent(display(), 1, False, CurrentTime);
-    settle();
+    button(false);
     EXPECT_TRUE(waitUntil([&] { return !port().isBackingSaved(); }, 2000));
     EXPECT_TRUE(waitUntil([&] { return onScreen(fWindow) == before; }, 2000)) << "something of a marquee is left";
     EXPECT_FALSE(port().isUsingBackingStore());

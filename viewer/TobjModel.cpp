@@ -394,16 +394,6 @@ TobjModel::TobjModel(const Tmesh& mesh) : fCorners(mesh.fCorners), fFaceEnds(mes
     buildObjects(mesh);
 }
 
-std::vector<std::uint32_t> TobjModel::verticesOf(std::size_t object) const
-{
-    const Trange& faces = fObjects[object].fFaces;
-    std::vector<std::uint32_t> used(fCorners.begin() + static_cast<std::ptrdiff_t>(cornersOf(faces.fBegin).fBegin),
-                                    fCorners.begin() + static_cast<std::ptrdiff_t>(cornersOf(faces.fEnd - 1).fEnd));
-    std::sort(used.begin(), used.end());
-    used.erase(std::unique(used.begin(), used.end()), used.end());
-    return used;
-}
-
 std::size_t TobjModel::objectOf(std::size_t face) const
 {
     const auto after = std::upper_bound(fObjects.begin(), fObjects.end(), face, [](std::size_t wanted, const auto& object) {
@@ -499,9 +489,13 @@ void TobjModel::buildObjects(const Tmesh& mesh)
         object.fName = name;
         object.fFaces = {begin, end};
         object.fTriangles = {trianglesOf(begin).fBegin, trianglesOf(end - 1).fEnd};
+        object.fVertices.assign(fCorners.begin() + static_cast<std::ptrdiff_t>(cornersOf(begin).fBegin),
+                                fCorners.begin() + static_cast<std::ptrdiff_t>(cornersOf(end - 1).fEnd));
+        std::sort(object.fVertices.begin(), object.fVertices.end());
+        object.fVertices.erase(std::unique(object.fVertices.begin(), object.fVertices.end()), object.fVertices.end());
         bool first = true;
-        for (std::size_t i = cornersOf(begin).fBegin; i < cornersOf(end - 1).fEnd; ++i) {
-            const float* p = fPositions[fCorners[i]].fPosition;
+        for (const std::uint32_t vertex : object.fVertices) {
+            const float* p = fPositions[vertex].fPosition;
             if (first)
                 object.fLower = object.fUpper = {p[0], p[1], p[2]};
             first = false;

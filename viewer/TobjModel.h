@@ -88,6 +88,7 @@ public:
         Trange fFaces;
         Trange fTriangles; ///< in triangles(), three entries a triangle
         Trange fEdges;     ///< in edges(), two entries an edge
+        std::vector<std::uint32_t> fVertices; ///< that the faces use, in ascending order
         T4dDblVector fLower; ///< of the bounding box, in scene space
         T4dDblVector fUpper;
 
@@ -122,8 +123,6 @@ public:
 
     /** At least one, each with faces. */
     const std::vector<Tobject>& objects() const { return fObjects; }
-    /** The vertices that an object's faces use, in ascending order. */
-    std::vector<std::uint32_t> verticesOf(std::size_t object) const;
     /** The object of a face. */
     std::size_t objectOf(std::size_t face) const;
     /** The entries of triangles() that fill a face; none for a face without area. */

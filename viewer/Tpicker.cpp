@@ -62,18 +62,12 @@ void Tpicker::gather(const TportRect& region, Tselection::Tkind kind)
 void Tpicker::gatherVertices(std::size_t object, const TpickVolume& volume)
 {
     const TobjModel& model = *fScene.model();
-    const TobjModel::Trange& faces = model.objects()[object].fFaces;
-    std::vector<std::uint32_t> seen;
-    for (std::size_t i = model.cornersOf(faces.fBegin).fBegin; i < model.cornersOf(faces.fEnd - 1).fEnd; ++i) {
-        const std::uint32_t vertex = model.corners()[i];
-        if (!volume.missesPoint(model.positions()[vertex].fPosition))
-            seen.push_back(vertex);
-    }
-    std::sort(seen.begin(), seen.end());
-    seen.erase(std::unique(seen.begin(), seen.end()), seen.end());
-    for (const std::uint32_t vertex : seen) {
+    for (const std::uint32_t vertex : model.objects()[object].fVertices) {
+        const float* position = model.positions()[vertex].fPosition;
+        if (volume.missesPoint(position))
+            continue;
         fCandidates.push_back({{static_cast<std::uint32_t>(object), vertex}, fVertices.size(), fVertices.size() + 1});
-        fVertices.push_back(model.positions()[vertex].fPosition);
+        fVertices.push_back(position);
     }
 }
 

@@ -90,7 +90,7 @@ void TsceneLabels::drawMarks(T3dPort& port, const TviewScene& scene)
             port.pushMatrix();
             port.translate(scene.offset(i));
         }
-        for (const std::uint32_t vertex : model->verticesOf(i)) {
+        for (const std::uint32_t vertex : model->objects()[i].fVertices) {
             const float* p = model->positions()[vertex].fPosition;
             port.bitmap(p[0], p[1], p[2], TglBitmap::kDiamond);
         }

@@ -21,7 +21,7 @@ constexpr Aim kPicking{Aim::kRatio, 1.05};
 constexpr Aim kViewerPicking{Aim::kNanoseconds, 200000};
 constexpr short kReach = 3; // pixels around the middle
 
-const float kCorners[8][3] = {{1, 1, -1},  {1, 1, 1},   {1, -1, 1}, {1, -1, -1},
+const float kCorners[8][3] = {{1, 1, -1},  {1, 1, 1},    {1, -1, 1}, {1, -1, -1},
                               {-1, -1, 1}, {-1, -1, -1}, {-1, 1, 1}, {-1, 1, -1}};
 const int kFaces[6][4] = {{0, 1, 2, 3}, {3, 2, 4, 5}, {5, 4, 6, 7}, {3, 5, 7, 0}, {0, 7, 6, 1}, {1, 6, 4, 2}};
 
@@ -174,8 +174,10 @@ bool addPickingRow(const QString& filter, T3dPort& port, const std::function<voi
     const unsigned* nearest = TpickBuffer(kWords, hits.data()).closestElem(rawHits, depth, count);
     if (isSame && picked && nearest && picked->fObject == nearest[0]) {
         rows.push_back(compare(kViewerName, kViewerPicking,
-                               {bindViewerView, [&](long passes) {
-                                    return timeLoop(passes, [&](long) { picker.nearest(region, Tselection::kObjects); });
+                               {bindViewerView,
+                                [&](long passes) {
+                                    return timeLoop(passes,
+                                                    [&](long) { picker.nearest(region, Tselection::kObjects); });
                                 }},
                                {bindRawView, [&](long passes) { return timeLoop(passes, [&](long) { pickInRaw(); }); }},
                                {[] {}, [](long passes) { return timeLoop(passes, [](long) {}); }}));

@@ -137,7 +137,8 @@ bool addLabelRows(const QString& lists, const QString& qt, const QString& filter
         const auto drawQt = [&](long) {
             glClear(GL_COLOR_BUFFER_BIT);
             for (const Label& label : labels)
-                widget.renderText(int(label.fAt.x), height - int(label.fAt.y), QString::fromLatin1(label.fText), qtFont);
+                widget.renderText(int(label.fAt.x), height - int(label.fAt.y), QString::fromLatin1(label.fText),
+                                  qtFont);
             glFinish();
         };
         rows.push_back(

@@ -12,7 +12,7 @@
 
 namespace {
 
-constexpr double kStep = 3;           // pixels between two dabs
+constexpr double kStep = 3;            // pixels between two dabs
 constexpr double kRadiusShare = 0.012; // of the texture's width
 constexpr TportColor kPaint{0.86f, 0.24f, 0.16f};
 

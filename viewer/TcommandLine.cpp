@@ -63,8 +63,8 @@ TcommandLine TcommandLine::parse(const QStringList& arguments)
     const QCommandLineOption marks(QStringLiteral("marks"), QStringLiteral("Start with marks at the vertices."));
     const QCommandLineOption labels(QStringLiteral("labels"), QStringLiteral("Start with the objects' names."));
     const QCommandLineOption hud(QStringLiteral("hud"), QStringLiteral("Start with renderer, time and counts shown."));
-    parser.addOptions({snapshot, gallery, size, shading, texture, surface, filter, ghosted, xray, edges, lamp, marks, labels, hud,
-                       views, uvs});
+    parser.addOptions({snapshot, gallery, size, shading, texture, surface, filter, ghosted, xray, edges, lamp, marks,
+                       labels, hud, views, uvs});
     for (const char* name : {"platform", "display", "style"}) {
         QCommandLineOption option(QString::fromLatin1(name), QString(), QStringLiteral("name"));
         option.setFlags(QCommandLineOption::HiddenFromHelp);
@@ -133,7 +133,8 @@ TcommandLine TcommandLine::parse(const QStringList& arguments)
     if (parser.isSet(surface)) {
         const auto index = surfaces.indexOf(parser.value(surface));
         if (index < 0)
-            return failed(QStringLiteral("--surface takes clay, texture, sphere or cube, not \"%1\".").arg(parser.value(surface)));
+            return failed(QStringLiteral("--surface takes clay, texture, sphere or cube, not \"%1\".")
+                              .arg(parser.value(surface)));
         line.fStyle.fSurface = static_cast<TviewScene::Tsurface>(index);
     } else if (parser.isSet(texture)) {
         line.fStyle.fSurface = TviewScene::kTextured;
@@ -142,7 +143,8 @@ TcommandLine TcommandLine::parse(const QStringList& arguments)
     if (parser.isSet(filter)) {
         const auto index = filters.indexOf(parser.value(filter));
         if (index < 0)
-            return failed(QStringLiteral("--filter takes nearest, linear or mipmapped, not \"%1\".").arg(parser.value(filter)));
+            return failed(
+                QStringLiteral("--filter takes nearest, linear or mipmapped, not \"%1\".").arg(parser.value(filter)));
         line.fFilter = static_cast<TmodelTexture::Tfilter>(index);
     }
     line.fStyle.fGhosted = parser.isSet(ghosted);

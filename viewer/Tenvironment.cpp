@@ -28,8 +28,8 @@ TportColor seen(const T4dDblVector& direction)
     constexpr TportColor kFarGround{0.46f, 0.42f, 0.37f};
     constexpr TportColor kLamp{1.0f, 0.98f, 0.92f};
     const T4dDblVector d = direction.normalised();
-    TportColor colour = d.y > 0 ? mixed(kHorizon, kZenith, std::pow(d.y, 0.55))
-                                : mixed(kFarGround, kNearGround, std::pow(-d.y, 0.4));
+    TportColor colour =
+        d.y > 0 ? mixed(kHorizon, kZenith, std::pow(d.y, 0.55)) : mixed(kFarGround, kNearGround, std::pow(-d.y, 0.4));
     // Two soft boxes of light.
     for (const T4dDblVector& lamp : {T4dDblVector(-0.62, 0.62, 0.48), T4dDblVector(0.8, 0.35, -0.49)}) {
         const T4dDblVector side = T4dDblVector(0, 1, 0).cross(lamp).normalised();
@@ -44,8 +44,8 @@ TportColor seen(const T4dDblVector& direction)
 
 void setPixel(TpixelMap& map, int x, int y, const TportColor& colour)
 {
-    std::uint8_t* pixel =
-        map.pixels() + static_cast<std::size_t>(y) * map.rowBytes() + static_cast<std::size_t>(x) * TpixelMap::kChannels;
+    std::uint8_t* pixel = map.pixels() + static_cast<std::size_t>(y) * map.rowBytes() +
+                          static_cast<std::size_t>(x) * TpixelMap::kChannels;
     const float channels[4] = {colour.r, colour.g, colour.b, 1};
     for (int i = 0; i < 4; ++i)
         pixel[i] = static_cast<std::uint8_t>(std::lround(255 * std::clamp(channels[i], 0.0f, 1.0f)));

@@ -182,9 +182,9 @@ template <T3dPort::TtextPos pos, bool box> void drawText(T3dPort& port)
 
 void drawMarkers(T3dPort& port)
 {
-    const TglBitmap* const markers[] = {&TglBitmap::kSquare,       &TglBitmap::kFilledSquare,
-                                        &TglBitmap::kCircle,       &TglBitmap::kFilledCircle,
-                                        &TglBitmap::kDiamond,      &TglBitmap::kFilledDiamond};
+    const TglBitmap* const markers[] = {&TglBitmap::kSquare,  &TglBitmap::kFilledSquare,
+                                        &TglBitmap::kCircle,  &TglBitmap::kFilledCircle,
+                                        &TglBitmap::kDiamond, &TglBitmap::kFilledDiamond};
     constexpr double kStep = 0.28;
     for (int i = 0; i < 6; ++i) {
         for (int j = 0; j < 9; ++j)

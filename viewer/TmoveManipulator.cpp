@@ -11,7 +11,7 @@
 
 namespace {
 
-constexpr double kLength = 90; // of an arrow, in pixels
+constexpr double kLength = 90;       // of an arrow, in pixels
 constexpr float kSquareHalf = 0.09f; // of an arrow
 constexpr int kReach = 5;            // of the pointer, in pixels
 constexpr TportColor kGrabbedColour{1.0f, 0.93f, 0.42f};

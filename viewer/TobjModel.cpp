@@ -278,7 +278,8 @@ struct TmeshReader
     }
 };
 
-bool readMesh(std::istream& file, const std::filesystem::path& folder, std::uintmax_t size, TloadProgress& progress, Tmesh& mesh, std::string& error)
+bool readMesh(std::istream& file, const std::filesystem::path& folder, std::uintmax_t size, TloadProgress& progress,
+              Tmesh& mesh, std::string& error)
 {
     TcheckedLines lines(file, size, progress);
     TmeshReader reader{lines, folder, {}};
@@ -396,9 +397,9 @@ TobjModel::TobjModel(const Tmesh& mesh) : fCorners(mesh.fCorners), fFaceEnds(mes
 
 std::size_t TobjModel::objectOf(std::size_t face) const
 {
-    const auto after = std::upper_bound(fObjects.begin(), fObjects.end(), face, [](std::size_t wanted, const auto& object) {
-        return wanted < object.fFaces.fEnd;
-    });
+    const auto after =
+        std::upper_bound(fObjects.begin(), fObjects.end(), face,
+                         [](std::size_t wanted, const auto& object) { return wanted < object.fFaces.fEnd; });
     return std::min<std::size_t>(static_cast<std::size_t>(after - fObjects.begin()), fObjects.size() - 1);
 }
 

@@ -86,10 +86,10 @@ public:
     {
         std::string fName; ///< may be empty
         Trange fFaces;
-        Trange fTriangles; ///< in triangles(), three entries a triangle
-        Trange fEdges;     ///< in edges(), two entries an edge
+        Trange fTriangles;                    ///< in triangles(), three entries a triangle
+        Trange fEdges;                        ///< in edges(), two entries an edge
         std::vector<std::uint32_t> fVertices; ///< that the faces use, in ascending order
-        T4dDblVector fLower; ///< of the bounding box, in scene space
+        T4dDblVector fLower;                  ///< of the bounding box, in scene space
         T4dDblVector fUpper;
 
         T4dDblVector centre() const { return (fLower + fUpper) * 0.5; }

@@ -184,8 +184,8 @@ std::optional<Titem> Tpicker::nearestVertex(const Tpoint& pixel, int reach)
         if (face) {
             const TobjModel::Trange range = model.cornersOf(face->fElement);
             const auto* corners = model.corners().data();
-            const bool ofFace = item.fObject == face->fObject &&
-                                std::find(corners + range.fBegin, corners + range.fEnd, item.fElement) != corners + range.fEnd;
+            const bool ofFace = item.fObject == face->fObject && std::find(corners + range.fBegin, corners + range.fEnd,
+                                                                           item.fElement) != corners + range.fEnd;
             if (!ofFace)
                 continue;
         }

@@ -34,7 +34,9 @@ void TselectTool::press(Tview& view, const Tpoint& pixel, unsigned modifiers)
 {
     fView = &view;
     fStart = fEnd = pixel;
-    fKind = modifiers & kControl ? Tselection::kVertices : modifiers & kShift ? Tselection::kFaces : Tselection::kObjects;
+    fKind = modifiers & kControl ? Tselection::kVertices
+            : modifiers & kShift ? Tselection::kFaces
+                                 : Tselection::kObjects;
     fGesture = kClick;
     if (!hasManipulator())
         return;

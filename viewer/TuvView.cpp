@@ -7,9 +7,9 @@
 #include "foundation/Tevent.h"
 #include "foundation/TresourceMap.h"
 #include "pictures.h"
+#include "ui/TUIInventory.h"
 #include "ui/ThandlerBlock.h"
 #include "ui/Tpanel.h"
-#include "ui/TUIInventory.h"
 
 #include <QWidget>
 
@@ -206,8 +206,10 @@ void TuvView::drawSquares()
     T3dPort& port = *fPort;
     const double halfWidth = unitsPerPixel() * port.portRect().width() / 2;
     const auto lines = [&](const TportColor& colour, double step) {
-        const double first[2] = {std::floor((fCentre[0] - halfWidth) / step), std::floor((fCentre[1] - fHeight / 2) / step)};
-        const double last[2] = {std::ceil((fCentre[0] + halfWidth) / step), std::ceil((fCentre[1] + fHeight / 2) / step)};
+        const double first[2] = {std::floor((fCentre[0] - halfWidth) / step),
+                                 std::floor((fCentre[1] - fHeight / 2) / step)};
+        const double last[2] = {std::ceil((fCentre[0] + halfWidth) / step),
+                                std::ceil((fCentre[1] + fHeight / 2) / step)};
         if (last[0] - first[0] + last[1] - first[1] > kMostLines)
             return;
         port.color(colour);

@@ -10,9 +10,9 @@
 #include "foundation/TpixelMap.h"
 #include "foundation/TresourceMap.h"
 #include "pictures.h"
+#include "ui/TUIInventory.h"
 #include "ui/ThandlerBlock.h"
 #include "ui/Tpanel.h"
-#include "ui/TUIInventory.h"
 
 #include <QElapsedTimer>
 #include <QFontMetrics>
@@ -75,8 +75,8 @@ QImage textImage(const QString& text, double pixelRatio)
 
 Tview::Tview(QWidget* parent, TviewCamera::Tprojection projection, TviewScene& scene, const TviewScene::Tstyle& style,
              TselectTool& tool, Tbrush& brush)
-    : fScene(scene), fStyle(style), fTool(tool), fBrush(brush), fCamera(projection), fDraw([this](const Tevent&) { draw(); }),
-      fPress([this](const Tevent& event) { return press(event); }),
+    : fScene(scene), fStyle(style), fTool(tool), fBrush(brush), fCamera(projection),
+      fDraw([this](const Tevent&) { draw(); }), fPress([this](const Tevent& event) { return press(event); }),
       fDrag([this](const Tevent& event) { return drag(event); }),
       fRelease([this](const Tevent& event) { return release(event); }), fEnter([this](const Tevent&) {
           if (fPointerHook)

@@ -36,13 +36,13 @@ public:
     {
         Tshading fShading = kSmooth;
         Tsurface fSurface = kClay;
-        bool fEdges = false;   ///< the polygons' edges over flat or smooth shading
-        bool fGhosted = false; ///< every other pixel of the faces
-        bool fXray = false;    ///< the faces as thin glass, of opacity T3dPort::fsXrayAlpha
-        bool fLamp = false;    ///< shows the lamp beside the model
-        bool fMarks = false;   ///< a mark at each vertex
-        bool fLabels = false;  ///< the objects' names, and the measures of what is selected
-        bool fHud = false;     ///< the renderer, the time that the last picture took and what is in it
+        bool fEdges = false;           ///< the polygons' edges over flat or smooth shading
+        bool fGhosted = false;         ///< every other pixel of the faces
+        bool fXray = false;            ///< the faces as thin glass, of opacity T3dPort::fsXrayAlpha
+        bool fLamp = false;            ///< shows the lamp beside the model
+        bool fMarks = false;           ///< a mark at each vertex
+        bool fLabels = false;          ///< the objects' names, and the measures of what is selected
+        bool fHud = false;             ///< the renderer, the time that the last picture took and what is in it
         unsigned short fWireIndex = 1; ///< colour of the wire in the model-view colour table, 1 to kWireColours
     };
 

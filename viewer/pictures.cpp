@@ -35,8 +35,8 @@ QImage drawnPicture(T3dPort& port, const QSize& size)
     port.setNoSwap(noSwap);
     TpixelMap pixels;
     pixels.setRgba(false);
-    const bool isRead = !image.isNull() && pixels.wrap(image.bits(), size.width(), size.height()) &&
-                        port.pixelMapGLRead(pixels, 0, 0);
+    const bool isRead =
+        !image.isNull() && pixels.wrap(image.bits(), size.width(), size.height()) && port.pixelMapGLRead(pixels, 0, 0);
     port.endBuffer(&buffer);
     side->deleteOffscreenTarget();
     return isRead ? image.mirrored() : QImage();

@@ -160,8 +160,9 @@ int QlirnFontRaster::getFontList(TstringArray& out)
 bool QlirnFontRaster::usesStrip(const Tstring& text) const
 {
     const char* const bytes = text.asChar();
-    return !isItalic() && !hasLine() &&
-           std::all_of(bytes, bytes + text.length(), [](char c) { return static_cast<unsigned char>(c) < kCharacters; });
+    return !isItalic() && !hasLine() && std::all_of(bytes, bytes + text.length(), [](char c) {
+        return static_cast<unsigned char>(c) < kCharacters;
+    });
 }
 
 int QlirnFontRaster::getWidth(const Tstring& text)

@@ -5,9 +5,7 @@
 #include "Graphics/3dPort/T3dPort.h"
 #include "QtExtensions/QlirnGLContext.h"
 
-QlirnForwardingGLContext::QlirnForwardingGLContext() : QGLContext(QGLFormat())
-{
-}
+QlirnForwardingGLContext::QlirnForwardingGLContext() : QGLContext(QGLFormat()) {}
 
 void QlirnForwardingGLContext::makeCurrent()
 {

@@ -24,6 +24,7 @@ GLXFBConfig chooseConfig(Display* display, QGLFormat format)
     do {
         const int accum = wantedSize(format.accum(), format.accumBufferSize());
         const int wantedAlpha = wantedSize(format.alpha(), format.alphaBufferSize());
+        // clang-format off
         const int attribs[] = {
             GLX_DRAWABLE_TYPE, GLX_PBUFFER_BIT,
             GLX_RENDER_TYPE, GLX_RGBA_BIT,
@@ -38,6 +39,7 @@ GLXFBConfig chooseConfig(Display* display, QGLFormat format)
             GLX_ACCUM_GREEN_SIZE, accum,
             GLX_ACCUM_BLUE_SIZE, accum,
             0};
+        // clang-format on
         int count = 0;
         if (GLXFBConfig* configs = glXChooseFBConfig(display, QX11Info::appScreen(), attribs, &count)) {
             // GLX sorts the largest colour buffers to the front; a port's bit depths are those of its window.

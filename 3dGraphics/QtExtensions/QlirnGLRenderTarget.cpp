@@ -21,9 +21,7 @@ bool canBeHad(const QSize& size)
 
 } // namespace
 
-QlirnGLRenderTarget::QlirnGLRenderTarget(bool debug) : fFormat(QGLFormat::defaultFormat()), fDebug(debug)
-{
-}
+QlirnGLRenderTarget::QlirnGLRenderTarget(bool debug) : fFormat(QGLFormat::defaultFormat()), fDebug(debug) {}
 
 QlirnGLRenderTarget::~QlirnGLRenderTarget()
 {
@@ -49,8 +47,7 @@ bool QlirnGLRenderTarget::create(const QSize& size, const QGLFormat* format, QGL
         T3dPort::nativeBindingMoved();
         valid = fPixelBuffer->isValid();
     } else if (QGLContext::currentContext()) { // Qt's object takes one for granted
-        fFramebufferObject =
-            new QGLFramebufferObject(size, QGLFramebufferObject::Depth, GL_TEXTURE_2D, GL_RGBA8);
+        fFramebufferObject = new QGLFramebufferObject(size, QGLFramebufferObject::Depth, GL_TEXTURE_2D, GL_RGBA8);
         valid = fFramebufferObject->isValid();
     }
     if (!valid)
@@ -59,8 +56,7 @@ bool QlirnGLRenderTarget::create(const QSize& size, const QGLFormat* format, QGL
         if (format)
             std::printf("(Re)create PBO QT target %d. Size %d x %d\n", fPixelBuffer != nullptr, fWidth, fHeight);
         else
-            std::printf("(Re)create QT FBO target %d. Size %d x %d\n", fFramebufferObject != nullptr, fWidth,
-                        fHeight);
+            std::printf("(Re)create QT FBO target %d. Size %d x %d\n", fFramebufferObject != nullptr, fWidth, fHeight);
     }
     return fPixelBuffer || fFramebufferObject;
 }

@@ -112,5 +112,5 @@ private:
     QlirnGLContext* fGLContext = nullptr; ///< owned
     std::unique_ptr<QlirnNativeWindow> fNativeWindow;
     QlirnGLPixmapContext* fPixmapTarget = nullptr; ///< what stands for the context while fOffscreen is set
-    bool fResendPending = false; ///< the context bound next does not have the port's recorded state
+    bool fResendPending = false;                   ///< the context bound next does not have the port's recorded state
 };

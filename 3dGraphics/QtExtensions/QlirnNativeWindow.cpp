@@ -88,8 +88,8 @@ QlirnNativeWindow::QlirnNativeWindow(QWidget* widget, const XVisualInfo* visual)
     if (!fDisplay || !fVisual)
         return;
     const QWidget* parent = widget->parentWidget();
-    const Window above = parent && parent->internalWinId() ? parent->internalWinId()
-                                                           : RootWindow(fDisplay, visual->screen);
+    const Window above =
+        parent && parent->internalWinId() ? parent->internalWinId() : RootWindow(fDisplay, visual->screen);
     fColormap = XCreateColormap(fDisplay, above, fVisual, AllocNone);
     create();
 }

@@ -25,8 +25,7 @@ bool QlirnShownPixels::read(unsigned long window, int x, int y, TpixelMap& map)
     int left = 0;
     int top = 0;
     if (!display || !window || !map.pixels() || !XGetWindowAttributes(display, window, &shown) ||
-        shown.map_state != IsViewable ||
-        !XTranslateCoordinates(display, window, shown.root, 0, 0, &left, &top, &child))
+        shown.map_state != IsViewable || !XTranslateCoordinates(display, window, shown.root, 0, 0, &left, &top, &child))
         return false;
     const QRect screen(-left, -top, WidthOfScreen(shown.screen), HeightOfScreen(shown.screen));
     const QRect wanted(x, shown.height - y - map.height(), map.width(), map.height());

@@ -8,6 +8,4 @@ Tclient::~Tclient()
         fServers.back()->removeClient(this);
 }
 
-void Tclient::serverDeleted(TclientServer*)
-{
-}
+void Tclient::serverDeleted(TclientServer*) {}

@@ -6,7 +6,8 @@
 #include <algorithm>
 
 // A message on its way round; rounds nest when a client posts another one.
-struct TclientServer::Tround {
+struct TclientServer::Tround
+{
     Tround* fOuter;
     bool fServerIsGone = false;
 };

@@ -8,7 +8,8 @@
 
 namespace {
 
-struct Treports {
+struct Treports
+{
     std::mutex fMutex;
     TerrorHandler* fCurrent = nullptr;
     std::vector<std::weak_ptr<const TerrorHandler::Tlistener>> fListeners;

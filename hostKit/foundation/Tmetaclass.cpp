@@ -6,7 +6,8 @@
 
 namespace {
 
-struct Tregister {
+struct Tregister
+{
     std::mutex fMutex;
     std::vector<Tmetaclass*> fMetaclasses;
 };
@@ -45,8 +46,8 @@ Tmetaclass::~Tmetaclass()
 
 bool Tmetaclass::istype(const Tmetaclass* other) const
 {
-    return other && (this == other || (fParent && fParent->istype(other)) ||
-                     (fSecondParent && fSecondParent->istype(other)));
+    return other &&
+           (this == other || (fParent && fParent->istype(other)) || (fSecondParent && fSecondParent->istype(other)));
 }
 
 Tmetaclass* Tmetaclass::find(const char* name)

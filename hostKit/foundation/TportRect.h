@@ -27,8 +27,8 @@ struct TportRect
     /** The common area; all zero when there is none. */
     constexpr TportRect intersect(const TportRect& other) const
     {
-        const TportRect common(std::max(left, other.left), std::max(bottom, other.bottom),
-                               std::min(right, other.right), std::min(top, other.top));
+        const TportRect common(std::max(left, other.left), std::max(bottom, other.bottom), std::min(right, other.right),
+                               std::min(top, other.top));
         return common.isEmpty() ? TportRect() : common;
     }
     /** True when there is a common area; touching edges have none. */

@@ -13,7 +13,8 @@ namespace {
 
 constexpr std::string_view kBlanks = " \t\r\n";
 
-struct Tvalues {
+struct Tvalues
+{
     std::mutex fMutex;
     std::map<std::string, std::string, std::less<>> fSet;
     std::map<std::string, std::string, std::less<>> fFromFile;

@@ -23,7 +23,8 @@ char lowerCase(char c)
     return c >= 'A' && c <= 'Z' ? static_cast<char>(c - 'A' + 'a') : c;
 }
 
-struct Tplaceholder {
+struct Tplaceholder
+{
     unsigned fNumber;
     std::size_t fLength; // in the pattern; 0 when there is no placeholder
 };
@@ -62,13 +63,9 @@ template <class T, class P> void walkPattern(std::string_view pattern, T text, P
 
 } // namespace
 
-Tstring::Targ::Targ(const char* text) : fText(text ? text : ""), fLength(std::strlen(fText))
-{
-}
+Tstring::Targ::Targ(const char* text) : fText(text ? text : ""), fLength(std::strlen(fText)) {}
 
-Tstring::Tstring(const char* text) : Tstring(text, text ? std::strlen(text) : 0)
-{
-}
+Tstring::Tstring(const char* text) : Tstring(text, text ? std::strlen(text) : 0) {}
 
 Tstring::Tstring(const char* text, std::size_t length)
 {
@@ -76,13 +73,9 @@ Tstring::Tstring(const char* text, std::size_t length)
         append(text, length);
 }
 
-Tstring::Tstring(const std::string& text) : Tstring(text.data(), text.size())
-{
-}
+Tstring::Tstring(const std::string& text) : Tstring(text.data(), text.size()) {}
 
-Tstring::Tstring(const Tstring& other) : Tstring(other.fData, other.fLength)
-{
-}
+Tstring::Tstring(const Tstring& other) : Tstring(other.fData, other.fLength) {}
 
 Tstring::Tstring(Tstring&& other) noexcept
     : fData(std::exchange(other.fData, nullptr)), fLength(std::exchange(other.fLength, 0)),
@@ -171,15 +164,16 @@ Tstring Tstring::format(const Tstring& pattern, std::initializer_list<Targ> args
 {
     std::vector<unsigned> numbers;
     const auto note = [&](unsigned number, std::string_view) { numbers.push_back(number); };
-    walkPattern(viewOf(pattern), [](std::string_view) {}, note);
+    walkPattern(
+        viewOf(pattern), [](std::string_view) {}, note);
     std::sort(numbers.begin(), numbers.end());
     numbers.erase(std::unique(numbers.begin(), numbers.end()), numbers.end());
 
     Tstring result;
     const auto text = [&](std::string_view piece) { result.append(piece.data(), piece.size()); };
     walkPattern(viewOf(pattern), text, [&](unsigned number, std::string_view placeholder) {
-        const auto rank = static_cast<std::size_t>(std::lower_bound(numbers.begin(), numbers.end(), number) -
-                                                   numbers.begin());
+        const auto rank =
+            static_cast<std::size_t>(std::lower_bound(numbers.begin(), numbers.end(), number) - numbers.begin());
         if (rank >= args.size()) {
             text(placeholder);
             return;

@@ -104,8 +104,17 @@ private:
 static_assert(sizeof(Tstring) == 16, "message classes of fixed size hold strings");
 
 bool operator==(const Tstring& a, const char* b) noexcept;
-inline bool operator==(const char* a, const Tstring& b) noexcept { return b == a; }
-inline bool operator!=(const Tstring& a, const char* b) noexcept { return !(a == b); }
-inline bool operator!=(const char* a, const Tstring& b) noexcept { return !(b == a); }
+inline bool operator==(const char* a, const Tstring& b) noexcept
+{
+    return b == a;
+}
+inline bool operator!=(const Tstring& a, const char* b) noexcept
+{
+    return !(a == b);
+}
+inline bool operator!=(const char* a, const Tstring& b) noexcept
+{
+    return !(b == a);
+}
 
 std::ostream& operator<<(std::ostream& out, const Tstring& text);

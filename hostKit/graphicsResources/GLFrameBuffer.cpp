@@ -76,8 +76,7 @@ int GLFrameBuffer::createOffscreen(const nbBufferFormat& format, int width, int 
         return kBadSize;
     const GLenum color = isIn(format.color(), kRasterRgb8, kRasterRgba32F) ? storageOf(format.color()) : 0;
     const GLenum depth = isIn(format.depth(), kRasterDepth16, kRasterDepth24Stencil8) ? storageOf(format.depth()) : 0;
-    const GLenum stencil =
-        isIn(format.stencil(), kRasterStencil1, kRasterStencil16) ? storageOf(format.stencil()) : 0;
+    const GLenum stencil = isIn(format.stencil(), kRasterStencil1, kRasterStencil16) ? storageOf(format.stencil()) : 0;
     if ((!color && !depth && !stencil) || format.samples() != 1 || format.usage() != nbBufferFormat::kOffScreen)
         return kFormatNotOffered;
 

@@ -22,7 +22,8 @@ int panesOf(QlirnPaneLayout::Tconfiguration configuration)
     return 0;
 }
 
-struct Tspan {
+struct Tspan
+{
     int start;
     int length;
 };

@@ -56,7 +56,8 @@ public:
     void setGeometry(const QRect& rect) override;
 
 private:
-    struct Tpane {
+    struct Tpane
+    {
         QLayoutItem* item;
         bool hiddenByLayout;
     };

@@ -113,8 +113,7 @@ bool QlirnQtHelper::linkControlSignalToScriptAction(QObject* control, const char
     if (!control || !signal || !name) {
         return false;
     }
-    auto* action =
-        control->findChild<QlirnScriptAction*>(QString::fromUtf8(name), Qt::FindDirectChildrenOnly);
+    auto* action = control->findChild<QlirnScriptAction*>(QString::fromUtf8(name), Qt::FindDirectChildrenOnly);
     if (!action) {
         action = new QlirnScriptAction(control, name);
         if (!QObject::connect(control, signal, action, SLOT(run()))) {

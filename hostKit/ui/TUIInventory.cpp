@@ -25,8 +25,8 @@ bool TUIInventory::add(Tcontrol* control, const char* name)
 
 void TUIInventory::remove(Tcontrol* control)
 {
-    const auto entry = std::find_if(fControls.begin(), fControls.end(),
-                                    [control](const auto& each) { return each.first == control; });
+    const auto entry =
+        std::find_if(fControls.begin(), fControls.end(), [control](const auto& each) { return each.first == control; });
     if (entry != fControls.end()) {
         fControls.erase(entry);
     }
@@ -77,8 +77,8 @@ QWidget* TUIInventory::find(const char* name, const char* className, bool derive
         if (!widget || widget->objectName() != wanted) {
             continue;
         }
-        if (!className || (derived ? widget->inherits(className)
-                                   : std::strcmp(widget->metaObject()->className(), className) == 0)) {
+        if (!className ||
+            (derived ? widget->inherits(className) : std::strcmp(widget->metaObject()->className(), className) == 0)) {
             return widget;
         }
     }

@@ -91,17 +91,11 @@ bool Tcontrol::doMouseWheel(const Tevent&)
     return false;
 }
 
-void Tcontrol::visibleNotify(bool)
-{
-}
+void Tcontrol::visibleNotify(bool) {}
 
-void Tcontrol::adjustEventLocalPosition(Tevent&) const
-{
-}
+void Tcontrol::adjustEventLocalPosition(Tevent&) const {}
 
-void Tcontrol::beginSelect(unsigned*, int)
-{
-}
+void Tcontrol::beginSelect(unsigned*, int) {}
 
 int Tcontrol::endSelect()
 {
@@ -118,9 +112,7 @@ bool Tcontrol::pixelMapRead(TgenericPixelMap<float>&, TportRect, PixelMapReadCol
     return false;
 }
 
-void Tcontrol::parentWindowMoveNotify()
-{
-}
+void Tcontrol::parentWindowMoveNotify() {}
 
 bool Tcontrol::resize(const Trect&)
 {

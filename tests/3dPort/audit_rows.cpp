@@ -79,8 +79,7 @@ std::vector<Disturbance> disturbances()
         {"cube mapping: recorded 0, OpenGL has 1", [=] { flip(GL_TEXTURE_CUBE_MAP); }},
         {"polygon offset fill: recorded 0, OpenGL has 1", [=] { flip(GL_POLYGON_OFFSET_FILL); }, true},
         {"fog: recorded 1, OpenGL has 0", [=] { flip(GL_FOG); }},
-        {"fog source: recorded 33874, OpenGL has 33873",
-         [] { glFogi(GL_FOG_COORDINATE_SOURCE, GL_FOG_COORDINATE); }},
+        {"fog source: recorded 33874, OpenGL has 33873", [] { glFogi(GL_FOG_COORDINATE_SOURCE, GL_FOG_COORDINATE); }},
     };
 }
 
@@ -151,8 +150,8 @@ TEST(AuditTrace, ALineForEachDifferenceAfterAPaint)
         if (announced)
             EXPECT_EQ("", out.text());
         else
-            EXPECT_THAT(out.text(), testing::MatchesRegex(
-                                        "T3dPort 0x[0-9a-f]+ state - blending: recorded 0, OpenGL has 1\n"
-                                        "T3dPort 0x[0-9a-f]+ state - point size: recorded 1, OpenGL has 7\n"));
+            EXPECT_THAT(out.text(),
+                        testing::MatchesRegex("T3dPort 0x[0-9a-f]+ state - blending: recorded 0, OpenGL has 1\n"
+                                              "T3dPort 0x[0-9a-f]+ state - point size: recorded 1, OpenGL has 7\n"));
     }
 }

@@ -58,9 +58,9 @@ private:
     /** What other libraries leave behind. */
     void disturb()
     {
-        for (const GLenum capability : {GL_BLEND, GL_CULL_FACE, GL_SCISSOR_TEST, GL_DEPTH_TEST, GL_FOG, GL_LIGHTING,
-                                        GL_DITHER, GL_LINE_STIPPLE, GL_POLYGON_OFFSET_FILL, GL_TEXTURE_GEN_S,
-                                        GL_TEXTURE_GEN_R, GL_TEXTURE_CUBE_MAP})
+        for (const GLenum capability :
+             {GL_BLEND, GL_CULL_FACE, GL_SCISSOR_TEST, GL_DEPTH_TEST, GL_FOG, GL_LIGHTING, GL_DITHER, GL_LINE_STIPPLE,
+              GL_POLYGON_OFFSET_FILL, GL_TEXTURE_GEN_S, GL_TEXTURE_GEN_R, GL_TEXTURE_CUBE_MAP})
             (flag() ? glEnable : glDisable)(capability);
         glPointSize(value());
         glLineWidth(value());

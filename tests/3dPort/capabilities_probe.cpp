@@ -106,9 +106,15 @@ TEST(GlErrors, AreReadOneByOneWithTheirTexts)
         unsigned number;
         const char* text;
     };
-    const Error errors[] = {{1280, "invalid enumerant"}, {1281, "invalid value"},   {1282, "invalid operation"},
-                            {1283, "stack overflow"},    {1284, "stack underflow"}, {1285, "out of memory"},
-                            {1286, "Invalid framebuffer operation"}, {1279, "Unknown error"}, {1287, "Unknown error"}};
+    const Error errors[] = {{1280, "invalid enumerant"},
+                            {1281, "invalid value"},
+                            {1282, "invalid operation"},
+                            {1283, "stack overflow"},
+                            {1284, "stack underflow"},
+                            {1285, "out of memory"},
+                            {1286, "Invalid framebuffer operation"},
+                            {1279, "Unknown error"},
+                            {1287, "Unknown error"}};
     EXPECT_EQ(port.error(), 0);
     for (const Error& error : errors) {
         GlRecorder::queueErrors({error.number});

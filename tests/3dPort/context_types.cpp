@@ -36,8 +36,8 @@ TEST(ContextType, FollowsFromTheBuffers)
             for (int a = 2; a <= 7; ++a)
                 given += char('0' + flag(a));
             given += char('0' + std::min(n, 2));
-            const auto row = std::find_if(std::begin(kRows), std::end(kRows),
-                                          [&](const Row& r) { return fits(r.pattern, given); });
+            const auto row =
+                std::find_if(std::begin(kRows), std::end(kRows), [&](const Row& r) { return fits(r.pattern, given); });
             EXPECT_EQ(T3dPort::getContextType(flag(1), flag(2), flag(3), flag(4), flag(5), flag(6), flag(7),
                                               static_cast<unsigned short>(n)),
                       row->code)

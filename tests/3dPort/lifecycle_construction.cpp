@@ -22,10 +22,13 @@ TEST(PortConstruction, SendsItsInitialStateInOrder)
 
     std::vector<std::string> expected = {
         "glEnable(GL_NORMALIZE)",
-        "glMatrixMode(GL_PROJECTION)", kLoadIdentity,
-        "glMatrixMode(GL_MODELVIEW)", kLoadIdentity,
+        "glMatrixMode(GL_PROJECTION)",
+        kLoadIdentity,
+        "glMatrixMode(GL_MODELVIEW)",
+        kLoadIdentity,
         "glClearColor(0.75, 0.75, 0.75, 1)",
-        "glColor3fv([1 1 1])", "glColor3fv([0 0 0])",
+        "glColor3fv([1 1 1])",
+        "glColor3fv([0 0 0])",
         "glEnable(GL_NORMALIZE)",
         "glShadeModel(GL_FLAT)",
         "glDisable(GL_DITHER)",
@@ -33,9 +36,9 @@ TEST(PortConstruction, SendsItsInitialStateInOrder)
     };
     // Once with the context's first binding, once by the constructor, which finds two-sided lighting on already.
     for (int i = 0; i < 2; ++i)
-        for (const char* call : {"glEnable(GL_POLYGON_OFFSET_FILL)", "glPolygonOffset(0.95, 1)",
-                                 "glDisable(GL_POLYGON_OFFSET_FILL)", "glDisable(GL_POLYGON_OFFSET_LINE)",
-                                 "glDisable(GL_POLYGON_OFFSET_POINT)"})
+        for (const char* call :
+             {"glEnable(GL_POLYGON_OFFSET_FILL)", "glPolygonOffset(0.95, 1)", "glDisable(GL_POLYGON_OFFSET_FILL)",
+              "glDisable(GL_POLYGON_OFFSET_LINE)", "glDisable(GL_POLYGON_OFFSET_POINT)"})
             expected.push_back(call);
     EXPECT_EQ(glCalls(recorder), expected);
     EXPECT_EQ(recorder.count("glXMakeCurrent"), 1);
@@ -126,6 +129,7 @@ template <class F> std::ptrdiff_t slotOf(F function)
 
 TEST(PortConstruction, KeepsOrderOfVirtualOperations)
 {
+    // clang-format off
     const std::ptrdiff_t overridden[] = {
         slotOf(&T3dPort::typeof), slotOf(&T3dPort::cast), slotOf(&T3dPort::doPress), slotOf(&T3dPort::doDoubleClick),
         slotOf(&T3dPort::doUpdate), slotOf(&T3dPort::doEnterRegion), slotOf(&T3dPort::doExitRegion),
@@ -137,6 +141,8 @@ TEST(PortConstruction, KeepsOrderOfVirtualOperations)
             &Tcontrol::pixelMapRead)),
         slotOf(&T3dPort::parentWindowMoveNotify), slotOf(&T3dPort::resize),
     };
+    // clang-format on
+    // clang-format off
     const std::ptrdiff_t added[] = {
         slotOf(&T3dPort::setKeyPressCommand), slotOf(&T3dPort::setDoubleClickCommand),
         slotOf(&T3dPort::setKeyReleaseCommand), slotOf(&T3dPort::setKeyRepeatCommand),
@@ -145,6 +151,7 @@ TEST(PortConstruction, KeepsOrderOfVirtualOperations)
         slotOf(&T3dPort::setToInteractiveMode), slotOf(&T3dPort::setToNormalMode),
         slotOf(&T3dPort::renderStringOverride), slotOf(&T3dPort::makeExternalRendererCurrent),
     };
+    // clang-format on
     // A virtual destructor takes the first two slots.
     for (std::size_t i = 0; i < std::size(overridden); ++i)
         EXPECT_EQ(overridden[i], std::ptrdiff_t(2 + i)) << "operation " << i;

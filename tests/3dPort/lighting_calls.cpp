@@ -35,7 +35,11 @@ TEST(Lighting, SendsWhatChanged)
         {[](T3dPort& p) { p.setDiffuseColor(TportColor(0, 1, 0.5f), 1); }, {}},
         {[](T3dPort& p) { p.color(TportColor(0, 1, 0.5f)); }, {}},
         {[](T3dPort& p) { p.setSpecularColor(kCwhite); }, material("GL_SPECULAR", "glColor3fv([1 1 1])")},
-        {[](T3dPort& p) { p.setNoLighting(true); p.setLighting(true); }, {"glDisable(GL_LIGHTING)"}},
+        {[](T3dPort& p) {
+             p.setNoLighting(true);
+             p.setLighting(true);
+         },
+         {"glDisable(GL_LIGHTING)"}},
     };
     PortWindow<> window(40, 30);
     ASSERT_TRUE(window.show());

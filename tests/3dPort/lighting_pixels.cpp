@@ -17,14 +17,38 @@ namespace {
 
 using Vec = std::array<double, 3>;
 
-Vec operator+(const Vec& a, const Vec& b) { return {a[0] + b[0], a[1] + b[1], a[2] + b[2]}; }
-Vec operator-(const Vec& a, const Vec& b) { return {a[0] - b[0], a[1] - b[1], a[2] - b[2]}; }
-Vec operator*(double s, const Vec& a) { return {s * a[0], s * a[1], s * a[2]}; }
-Vec times(const Vec& a, const Vec& b) { return {a[0] * b[0], a[1] * b[1], a[2] * b[2]}; }
-double dot(const Vec& a, const Vec& b) { return a[0] * b[0] + a[1] * b[1] + a[2] * b[2]; }
-double length(const Vec& a) { return std::sqrt(dot(a, a)); }
-Vec unit(const Vec& a) { return (1 / length(a)) * a; }
-Vec rgb(const TportColor& c) { return {c.r, c.g, c.b}; }
+Vec operator+(const Vec& a, const Vec& b)
+{
+    return {a[0] + b[0], a[1] + b[1], a[2] + b[2]};
+}
+Vec operator-(const Vec& a, const Vec& b)
+{
+    return {a[0] - b[0], a[1] - b[1], a[2] - b[2]};
+}
+Vec operator*(double s, const Vec& a)
+{
+    return {s * a[0], s * a[1], s * a[2]};
+}
+Vec times(const Vec& a, const Vec& b)
+{
+    return {a[0] * b[0], a[1] * b[1], a[2] * b[2]};
+}
+double dot(const Vec& a, const Vec& b)
+{
+    return a[0] * b[0] + a[1] * b[1] + a[2] * b[2];
+}
+double length(const Vec& a)
+{
+    return std::sqrt(dot(a, a));
+}
+Vec unit(const Vec& a)
+{
+    return (1 / length(a)) * a;
+}
+Vec rgb(const TportColor& c)
+{
+    return {c.r, c.g, c.b};
+}
 
 struct Material
 {

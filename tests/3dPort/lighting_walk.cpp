@@ -28,9 +28,9 @@ public:
     short light() { return short(below(8)); }
     T3dPort::TmaterialChannel channel()
     {
-        constexpr T3dPort::TmaterialChannel kChannels[] = {
-            T3dPort::kMaterialAmbient, T3dPort::kMaterialDiffuse, T3dPort::kMaterialSpecular,
-            T3dPort::kMaterialEmission, T3dPort::kMaterialAmbientAndDiffuse};
+        constexpr T3dPort::TmaterialChannel kChannels[] = {T3dPort::kMaterialAmbient, T3dPort::kMaterialDiffuse,
+                                                           T3dPort::kMaterialSpecular, T3dPort::kMaterialEmission,
+                                                           T3dPort::kMaterialAmbientAndDiffuse};
         return kChannels[below(std::size(kChannels))];
     }
 
@@ -48,7 +48,9 @@ const Operation kOperations[] = {
     {"color", [](Dice& d, T3dPort& p) { p.color(d.color()); }},
     {"setLightColor", [](Dice& d, T3dPort& p) { p.setLightColor(d.color()); }},
     {"setDefaultLight",
-     [](Dice& d, T3dPort& p) { p.setDefaultLight(d.light(), T4dDblVector{d.value(), 0, d.value()}); }},
+     [](Dice& d, T3dPort& p) {
+         p.setDefaultLight(d.light(), T4dDblVector{d.value(), 0, d.value()});
+     }},
     {"setLighting", [](Dice& d, T3dPort& p) { p.setLighting(d.flag()); }},
     {"useSeparateSpecularColor", [](Dice& d, T3dPort&) { T3dPort::useSeparateSpecularColor(d.flag()); }},
     {"setGlobalAmbient", [](Dice& d, T3dPort& p) { p.setGlobalAmbient(d.color()); }},
@@ -68,8 +70,8 @@ const Operation kOperations[] = {
          const auto channel = d.channel();
          const bool transparent = d.flag();
          p.setNoAutoDepthTest(d.flag());
-         TportColor& recorded = p.enableColorMaterial(d.flag() ? T3dPort::kFrontAndBack : T3dPort::kFront, channel,
-                                                      transparent);
+         TportColor& recorded =
+             p.enableColorMaterial(d.flag() ? T3dPort::kFrontAndBack : T3dPort::kFront, channel, transparent);
          EXPECT_EQ(TstringArray(), p.stateDifferences());
          for (unsigned i = d.below(3); i > 0; --i) {
              const TportColor c = d.color();
@@ -127,7 +129,7 @@ TEST_P(LightingWalk, RecordAndDriverStayTogether)
         const Operation& operation = kOperations[dice.below(std::size(kOperations))];
         operation.run(dice, *ports[number]);
         for (unsigned asked = 0; asked < 2; ++asked)
-            ASSERT_EQ(TstringArray(), ports[asked]->stateDifferences()) 
+            ASSERT_EQ(TstringArray(), ports[asked]->stateDifferences())
                 << "port " << asked << ", step " << i << ", after " << operation.name << " of " << number;
     }
 }

@@ -153,7 +153,10 @@ TEST_F(MatrixCameras, ProjectionsAgreeWithGlu)
              glRotated(65, 1, 0, 0);
              glRotated(-30, 0, 0, 1);
          }},
-        {"look at", [](T3dPort& p) { p.lookAt({1, 2, 3}, {-2, 0.5, -1}, 0.7); },
+        {"look at",
+         [](T3dPort& p) {
+             p.lookAt({1, 2, 3}, {-2, 0.5, -1}, 0.7);
+         },
          [] {
              glRotated(-0.7 * kDegrees, 0, 0, 1);
              gluLookAt(0, 0, 0, -3, -1.5, -4, 0, 1, 0);
@@ -169,8 +172,7 @@ TEST_F(MatrixCameras, ProjectionsAgreeWithGlu)
         port().loadIdentity();
         c.port(port());
         const T4dDblMatrix view = modelViewOf(port());
-        EXPECT_TRUE(isNear(view.isIdentity() ? projectionOf(port()) : view, madeByOpenGL(c.openGL), kSingle))
-            << c.name;
+        EXPECT_TRUE(isNear(view.isIdentity() ? projectionOf(port()) : view, madeByOpenGL(c.openGL), kSingle)) << c.name;
         EXPECT_EQ(TstringArray(), port().stateDifferences());
     }
 }

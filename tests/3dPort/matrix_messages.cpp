@@ -67,8 +67,8 @@ TEST_F(MatrixMessages, OfOperationsOnEitherStack)
         {[&](T3dPort& p) { p.stackMultMatrix(m); }, "Stack multi projection matrix\n", 1},
         {[&](T3dPort& p) { p.pushMultMatrix(m); }, "Push multi projection matrix\n", 1},
         {[](T3dPort& p) { p.scale(1, 2.5, -3); }, "Scale projection matrix 1,2.5,-3 matrix\n", 1},
-        {[](T3dPort& p) { p.translate(1e-7, 2, 1234567); },
-         "Translate projection matrix 1e-07,2,1.23457e+06 matrix\n", 1},
+        {[](T3dPort& p) { p.translate(1e-7, 2, 1234567); }, "Translate projection matrix 1e-07,2,1.23457e+06 matrix\n",
+         1},
         {[](T3dPort& p) { p.rotate(1, 2, 3); }, "Rotate projection matrix\n", 1},
         {[](T3dPort& p) { p.popMatrix(2); }, "", 0},
         {[&](T3dPort& p) { p.stackMultMatrix(m); }, "", 0}, // the stack is down to one by now

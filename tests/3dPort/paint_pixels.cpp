@@ -61,8 +61,8 @@ testing::AssertionResult isScene(const QImage& image, const QSize& port)
             const QRgb got = image.pixel(x, row);
             if (std::abs(qRed(got) - qRed(wanted)) > 1 || std::abs(qGreen(got) - qGreen(wanted)) > 1 ||
                 std::abs(qBlue(got) - qBlue(wanted)) > 1)
-                return testing::AssertionFailure() << "at " << x << "," << y << " from below: " << std::hex << got
-                                                   << ", wanted " << wanted;
+                return testing::AssertionFailure()
+                       << "at " << x << "," << y << " from below: " << std::hex << got << ", wanted " << wanted;
         }
     }
     return testing::AssertionSuccess();

@@ -129,7 +129,11 @@ TEST(PixelMaps, LandWhereTheyAreTold)
         {whole, [&] { clipped(-2, -3, 0); }, -2, -3},
         {{20, 10, 60, 50}, [&] { clipped(22, 13, 1e300); }, 22, 13},
         {whole, [&] { clipped(NAN, NAN, NAN); }, kNone, 0},
-        {whole, [&] { port.pixelMapDraw(T4dDblPoint{7, 8, 0, 1}, map, false); }, 7, 8},
+        {whole,
+         [&] {
+             port.pixelMapDraw(T4dDblPoint{7, 8, 0, 1}, map, false);
+         },
+         7, 8},
         {whole, [&] { port.writePixelMap(map, 11, 12); }, 11, 12},
         {whole, [&] { port.pixelMapDraw(TportRect(55, 45, 55, 45), map, TportRect(55, 45, 55, 45), false); }, 55, 45},
         {whole, [&] { port.pixelMapDraw(TportRect(5, 5, 5, 5), map, false); }, kNone, 0},

@@ -69,12 +69,18 @@ TEST_F(RenderState, CachedSettersSendChangesOnly)
 TEST_F(RenderState, LayerModesAreBlendFactors)
 {
     const char* const wanted[] = {
-        "glBlendFunc(GL_SRC_ALPHA, GL_ONE_MINUS_SRC_ALPHA)", "glBlendFunc(GL_SRC_ALPHA, GL_ONE_MINUS_SRC_ALPHA)",
-        "glBlendFunc(GL_ZERO, GL_SRC_ALPHA)",                "glBlendFunc(GL_ZERO, GL_ONE_MINUS_SRC_ALPHA)",
-        "glBlendFunc(GL_SRC_ALPHA, GL_ONE)",                 "glBlendFunc(GL_DST_COLOR, GL_ONE_MINUS_SRC_ALPHA)",
-        "glBlendFunc(GL_DST_COLOR, GL_ONE_MINUS_SRC_ALPHA)", "glBlendFunc(GL_ONE, GL_ZERO)",
-        "glBlendFunc(GL_ZERO, GL_ONE_MINUS_SRC_COLOR)",      "glBlendFunc(GL_DST_COLOR, GL_ONE)",
-        "glBlendFunc(GL_ZERO, GL_ONE_MINUS_SRC_COLOR)",      "glBlendFunc(GL_ONE, GL_ONE)",
+        "glBlendFunc(GL_SRC_ALPHA, GL_ONE_MINUS_SRC_ALPHA)",
+        "glBlendFunc(GL_SRC_ALPHA, GL_ONE_MINUS_SRC_ALPHA)",
+        "glBlendFunc(GL_ZERO, GL_SRC_ALPHA)",
+        "glBlendFunc(GL_ZERO, GL_ONE_MINUS_SRC_ALPHA)",
+        "glBlendFunc(GL_SRC_ALPHA, GL_ONE)",
+        "glBlendFunc(GL_DST_COLOR, GL_ONE_MINUS_SRC_ALPHA)",
+        "glBlendFunc(GL_DST_COLOR, GL_ONE_MINUS_SRC_ALPHA)",
+        "glBlendFunc(GL_ONE, GL_ZERO)",
+        "glBlendFunc(GL_ZERO, GL_ONE_MINUS_SRC_COLOR)",
+        "glBlendFunc(GL_DST_COLOR, GL_ONE)",
+        "glBlendFunc(GL_ZERO, GL_ONE_MINUS_SRC_COLOR)",
+        "glBlendFunc(GL_ONE, GL_ONE)",
     };
     constexpr unsigned kUnknown = 11;
     for (const unsigned mode : {0u, 1u, 2u, 3u, 4u, 5u, 6u, 7u, 8u, 9u, 10u, 11u, 12u, unsigned(-1)}) {
@@ -91,8 +97,7 @@ TEST_F(RenderState, LineSmoothingTakesBlendingAlong)
     const Operation off = [](T3dPort& p) { p.lineSmoothing(false); };
     expectCalls({
         {off, {"glDisable(GL_LINE_SMOOTH)"}},
-        {on,
-         {"glEnable(GL_LINE_SMOOTH)", "glEnable(GL_BLEND)", "glBlendFunc(GL_SRC_ALPHA, GL_ONE_MINUS_SRC_ALPHA)"}},
+        {on, {"glEnable(GL_LINE_SMOOTH)", "glEnable(GL_BLEND)", "glBlendFunc(GL_SRC_ALPHA, GL_ONE_MINUS_SRC_ALPHA)"}},
         {on, {"glEnable(GL_LINE_SMOOTH)"}},
         {off, {"glDisable(GL_LINE_SMOOTH)", "glDisable(GL_BLEND)"}},
         {[](T3dPort& p) { p.blending(true); }, {"glEnable(GL_BLEND)"}},

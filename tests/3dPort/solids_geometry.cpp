@@ -279,9 +279,10 @@ TEST_F(Solids, FilledOnesAreClosed)
             std::vector<int> c;
             for (const SentVertex& vertex : primitive.vertices)
                 c.push_back(cornerAt(vertex.at));
-            const std::size_t each = primitive.mode == "GL_POLYGON" ? c.size()
-                                     : primitive.mode == "GL_QUADS" ? 4
-                                     : primitive.mode == "GL_TRIANGLES" ? 3 : 0;
+            const std::size_t each = primitive.mode == "GL_POLYGON"     ? c.size()
+                                     : primitive.mode == "GL_QUADS"     ? 4
+                                     : primitive.mode == "GL_TRIANGLES" ? 3
+                                                                        : 0;
             for (std::size_t i = 0; each && i < c.size(); i += each)
                 faces.emplace_back(c.begin() + long(i), c.begin() + long(i + each));
             for (std::size_t i = 2; !each && i < c.size(); ++i)

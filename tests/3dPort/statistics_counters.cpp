@@ -11,11 +11,11 @@
 TEST(GeometryStats, EachOperationHasItsWord)
 {
     // From the thirteenth word on, in the order of the record.
-    constexpr void (T3dPort::*kCounters[])(int) = {
-        &T3dPort::countActiveFaces,     &T3dPort::countActiveEdges,     &T3dPort::countActiveVerts,
-        &T3dPort::countActiveUVs,       &T3dPort::countActiveTriangles, &T3dPort::countActivePolyFaces,
-        &T3dPort::countActivePolyEdges, &T3dPort::countActivePolyVerts, &T3dPort::countActivePolyUVs,
-        &T3dPort::countActivePolyTriangles};
+    constexpr void (T3dPort::*kCounters[])(int) = {&T3dPort::countActiveFaces,     &T3dPort::countActiveEdges,
+                                                   &T3dPort::countActiveVerts,     &T3dPort::countActiveUVs,
+                                                   &T3dPort::countActiveTriangles, &T3dPort::countActivePolyFaces,
+                                                   &T3dPort::countActivePolyEdges, &T3dPort::countActivePolyVerts,
+                                                   &T3dPort::countActivePolyUVs,   &T3dPort::countActivePolyTriangles};
     using Words = std::array<std::uint32_t, 22>;
     T3dPort port(nullptr, "stats", false);
     port.countTmesh(1, 2, 3, 4, 5); // without a record
@@ -34,8 +34,7 @@ TEST(GeometryStats, EachOperationHasItsWord)
         ++word;
     }
     port.countTmesh(100, 200, 300, 400, 500);
-    EXPECT_EQ((Words{0,  0,  0,  0,  0,  0,  1,  300, 200, 100, 400,
-                     500, 12, 13, 14, 15, 16, 17, 18,  19,  20,  21}), words());
+    EXPECT_EQ((Words{0, 0, 0, 0, 0, 0, 1, 300, 200, 100, 400, 500, 12, 13, 14, 15, 16, 17, 18, 19, 20, 21}), words());
     port.resetGeometryStats();
     EXPECT_EQ((Words{0, 0, 0, 0, 0, 0, 1}), words()) << "the meshes are spared";
 }

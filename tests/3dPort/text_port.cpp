@@ -69,6 +69,7 @@ TEST_F(PortText, LandsOnThePixelsOfTheXServersText)
     constexpr auto kL = T3dPort::kLeft;
     constexpr auto kC = T3dPort::kCenter;
     constexpr auto kR = T3dPort::kRight;
+    // clang-format off
     const Case cases[] = {
         {kL, 10, 20, {}},         {kC, 60, 20, {}},          {kR, 110, 20, {}},
         {kL, 10.62, 20.62, {}},   {kL, 10.63, 20.63, {}},    {kC, 60.9, 20, {}},
@@ -81,6 +82,7 @@ TEST_F(PortText, LandsOnThePixelsOfTheXServersText)
         {kL, 0, 20, T2Int32{0, 0}, kAll, false}, {kL, 100, 20, {}, kInset, false},
         {kL, std::numeric_limits<double>::quiet_NaN(), 20, {}, kAll, false}, {kL, 1e300, 1e300, {}, kAll, false},
     };
+    // clang-format on
     const XText x(port().font().fontName());
     const XText::Pixels ink = x.pixels(kText);
     const int textHeight = port().font().textHeight(T3dPort::getDisplay());
@@ -105,8 +107,8 @@ TEST_F(PortText, LandsOnThePixelsOfTheXServersText)
             const int h = c.fBox ? std::max(0, c.fBox->height) : textHeight;
             const double shift = c.fPos == kL ? 0 : c.fPos == kC ? x.width(kText) * 0.5 : x.width(kText);
             const XText::Pixels wanted =
-                moved(ink, int(std::floor(c.fX - shift + 0.375)),
-                      int(std::floor(c.fY + (h - textHeight) / 2 + 0.375)), kAll); // viewports do not clip bitmaps
+                moved(ink, int(std::floor(c.fX - shift + 0.375)), int(std::floor(c.fY + (h - textHeight) / 2 + 0.375)),
+                      kAll); // viewports do not clip bitmaps
             EXPECT_EQ(white, wanted);
             const int left = int(c.fX - (c.fPos == kL ? 0 : c.fPos == kC ? w / 2 : w));
             XText::Pixels box;

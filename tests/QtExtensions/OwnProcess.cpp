@@ -42,7 +42,7 @@ void rerun(const Environment& changes, const char* missing)
     process.start(command.takeFirst(), command);
     const bool finished = process.waitForFinished(60000);
     const std::string output = process.readAll().toStdString();
-    const char* fault = !finished                                        ? "does not end"
+    const char* fault = !finished                                      ? "does not end"
                         : process.exitStatus() != QProcess::NormalExit ? "crashes"
                         : process.exitCode() != 0                      ? "fails"
                                                                        : nullptr;

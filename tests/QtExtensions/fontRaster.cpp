@@ -31,18 +31,19 @@ TEST(FontRasterWithoutX, StripGivesTheBytesOfTheWholeText)
     std::string all;
     for (char c = ' '; c < 127; ++c)
         all += c;
-    const char* const texts[] = {all.c_str(), "office fluffy AVAToT", "jj//__TTffrr|||", " a ", "jW", "The quick brown fox"};
+    const char* const texts[] = {all.c_str(), "office fluffy AVAToT", "jj//__TTffrr|||", " a ",
+                                 "jW",        "The quick brown fox"};
     for (const char* family : {"DejaVu Sans", "DejaVu Serif", "DejaVu Sans Mono"})
         for (int size : {6, 7, 12, 16, 31})
             for (int weight : {50, 75})
-                for (int stretch : {0, 50, 150})
-                {
+                for (int stretch : {0, 50, 150}) {
                     Raster raster(family, size, Raster::style(0, 0, weight, stretch));
                     for (bool smooth : {true, false})
                         for (const char* text : texts) {
                             const Bytes strip = image(raster, text, smooth, false);
                             ASSERT_EQ(strip, image(raster, text, smooth, true))
-                                << family << ' ' << size << ' ' << weight << ' ' << stretch << ' ' << smooth << ' ' << text;
+                                << family << ' ' << size << ' ' << weight << ' ' << stretch << ' ' << smooth << ' '
+                                << text;
                             ASSERT_GT(std::accumulate(strip.begin(), strip.end(), 0), 0);
                         }
                 }
@@ -50,8 +51,8 @@ TEST(FontRasterWithoutX, StripGivesTheBytesOfTheWholeText)
 
 TEST(FontRasterWithoutX, SlantLinesAndOtherCharactersAreDrawnWhole)
 {
-    for (const auto style : {Raster::style(1), Raster::style(2), Raster::style(0, 1), Raster::style(0, 2),
-                             Raster::style(0, 3)}) {
+    for (const auto style :
+         {Raster::style(1), Raster::style(2), Raster::style(0, 1), Raster::style(0, 2), Raster::style(0, 3)}) {
         Raster raster("DejaVu Sans", 14, style);
         EXPECT_EQ(image(raster, "fjord", true, false), image(raster, "fjord", true, true));
         EXPECT_EQ(raster.getMemoryUsage(), 0) << "the strip was made";

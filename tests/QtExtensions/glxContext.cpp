@@ -22,9 +22,9 @@ using ::testing::HasSubstr;
 QGLFormat formatWith(bool on)
 {
     QGLFormat format;
-    for (const QGL::FormatOption option : {QGL::DoubleBuffer, QGL::DepthBuffer, QGL::Rgba, QGL::AlphaChannel,
-                                           QGL::AccumBuffer, QGL::StencilBuffer, QGL::StereoBuffers,
-                                           QGL::SampleBuffers})
+    for (const QGL::FormatOption option :
+         {QGL::DoubleBuffer, QGL::DepthBuffer, QGL::Rgba, QGL::AlphaChannel, QGL::AccumBuffer, QGL::StencilBuffer,
+          QGL::StereoBuffers, QGL::SampleBuffers})
         format.setOption(on ? option : QGL::FormatOption(option << 16));
     return format;
 }
@@ -74,6 +74,7 @@ TEST(GlxAttributes, ListByFormat)
     QGLFormat indexed = formatWith(true);
     indexed.setRgba(false);
 
+    // clang-format off
     const Row rows[] = {
         {"nothing", formatWith(false), {0}},
         {"sizes given",
@@ -95,6 +96,7 @@ TEST(GlxAttributes, ListByFormat)
          {GLX_DOUBLEBUFFER, GLX_STEREO, GLX_STENCIL_SIZE, 8, GLX_DEPTH_SIZE, 32, GLX_SAMPLE_BUFFERS_ARB, 1,
           GLX_SAMPLES_ARB, 4, 0}},
     };
+    // clang-format on
     for (const Row& row : rows)
         EXPECT_EQ(attributesOf(row.format), row.list) << row.what;
 }

@@ -25,8 +25,8 @@ protected:
 
     void tablet(QEvent::Type type, int device, double pressure, int pointer)
     {
-        QTabletEvent event(type, QPointF(1, 1), QPointF(1, 1), device, pointer, pressure, 0, 0, 0, 0, 0,
-                           Qt::NoModifier, 1, Qt::LeftButton, Qt::LeftButton);
+        QTabletEvent event(type, QPointF(1, 1), QPointF(1, 1), device, pointer, pressure, 0, 0, 0, 0, 0, Qt::NoModifier,
+                           1, Qt::LeftButton, Qt::LeftButton);
         QApplication::sendEvent(fWindow.port().glWidget(), &event);
         EXPECT_FALSE(event.isAccepted()) << "or Qt would not go on to make mouse events";
     }

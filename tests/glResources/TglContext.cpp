@@ -7,6 +7,7 @@
 TEST(GlContext, KeepsOrderOfFields)
 {
     const TglContext c(2, false);
+    // clang-format off
     const void* const fields[] = {
         &c.fColor, &c.fClearColor, &c.fColorIndex, &c.fHardwareIndex, &c.fBlending, &c.fLineWidth, &c.fDirtyBits,
         &c.fValidBits, &c.fIndexBufferCount, &c.fScissorX, &c.fScissorY, &c.fScissorWidth, &c.fScissorHeight,
@@ -17,6 +18,7 @@ TEST(GlContext, KeepsOrderOfFields)
         &c.fTextureMagFilter, &c.fTextureGenMode, &c.fTextureTarget, &c.fTextureUnit, &c.fCombineParam, &c.fCombine,
         &c.fSourceParam, &c.fSource, &c.fOperandParam, &c.fOperand, &c.fScaleParam, &c.fScale, &c.fBlendEquation,
         &c.fBuffer, &c.fPointSize, &c.fRedBits, &c.fGreenBits, &c.fBlueBits, &c.fAlphaBits, &c.fStencilBits};
+    // clang-format on
     for (std::size_t i = 1; i < std::size(fields); ++i)
         EXPECT_LT(fields[i - 1], fields[i]) << "field " << i;
 }

@@ -80,9 +80,14 @@ TEST_F(BitmapFiles, XpmFilesAreFoundOnThePathAndLoaded)
 
 TEST_F(BitmapFiles, MalformedXpmFilesAreReportedAndLeaveNothing)
 {
-    const std::string files[] = {"", "no picture at all", xpm("9 5 2 1", "\"#        \"\n};\n"), xpm("9 2 2 1", ""),
-                                 xpm("2000000000 2000000000 2 1", "\"#\"\n};\n"), xpm("60000 60000 2 1", "\"#\"\n};\n"),
-                                 xpm("0 0 2 1", "};\n"), xpm("2 1 2000000000 1", "\"##\"\n};\n")};
+    const std::string files[] = {"",
+                                 "no picture at all",
+                                 xpm("9 5 2 1", "\"#        \"\n};\n"),
+                                 xpm("9 2 2 1", ""),
+                                 xpm("2000000000 2000000000 2 1", "\"#\"\n};\n"),
+                                 xpm("60000 60000 2 1", "\"#\"\n};\n"),
+                                 xpm("0 0 2 1", "};\n"),
+                                 xpm("2 1 2000000000 1", "\"##\"\n};\n")};
     for (const std::string& text : files) {
         const std::string file = write("bad.xpm", text);
         fErrors.clear();

@@ -34,7 +34,9 @@ protected:
     PortWindow<> fWindow{60, 40};
 };
 
-class FontPathOnScreen : public Fonts {};
+class FontPathOnScreen : public Fonts
+{
+};
 
 } // namespace
 
@@ -74,7 +76,8 @@ TEST_F(Fonts, ListsBeginAtTheBlockWhateverTheFirstCharacterIs)
     fWindow.port().color(kCwhite);
     glRasterPos2f(-0.5f, -0.5f); // pixel 15, 10 under the identity
     const TglFont font(kFrom32, 12);
-    font.apply(display(), "\x01" "A\xe4g");
+    font.apply(display(), "\x01"
+                          "A\xe4g");
     EXPECT_EQ(font.ref()->fLists->count(), GLsizei(x.font().max_char_or_byte2 - 31));
     EXPECT_EQ(drawnPixels(60, 40, 0xFFFFFF), moved(x.pixels("A\xe4g"), 15, 10, TportRect(0, 0, 60, 40)));
     EXPECT_NE(font.ref()->fLists->first(), taken) << "lists of somebody else's were overwritten";

@@ -38,16 +38,19 @@ std::vector<std::uint8_t> bytesOf(const TglPixels& block)
 TEST(PixelBlock, RowsOfEveryFormatAndType)
 {
     const std::pair<Format, int> formats[] = {
-        {TglPixels::kDepth, 1}, {TglPixels::kRed, 1},  {TglPixels::kGreen, 1}, {TglPixels::kBlue, 1},
-        {TglPixels::kAlpha, 1}, {TglPixels::kRgb, 3},  {TglPixels::kRgba, 4},  {TglPixels::kBgra, 4},
-        {Format(GL_LUMINANCE), 0}, {Format(GL_BGR), 0}, {Format(GL_STENCIL_INDEX), 0}, {Format(0), 0}};
+        {TglPixels::kDepth, 1},    {TglPixels::kRed, 1}, {TglPixels::kGreen, 1},        {TglPixels::kBlue, 1},
+        {TglPixels::kAlpha, 1},    {TglPixels::kRgb, 3}, {TglPixels::kRgba, 4},         {TglPixels::kBgra, 4},
+        {Format(GL_LUMINANCE), 0}, {Format(GL_BGR), 0},  {Format(GL_STENCIL_INDEX), 0}, {Format(0), 0}};
     const struct
     {
         Type type;
         int bytes; ///< of a component; 0 for bits
         int alignment;
-    } types[] = {{TglPixels::kUnsignedByte, 1, 1}, {TglPixels::kUnsignedShort, 2, 2}, {TglPixels::kUnsignedInt, 4, 4},
-                 {TglPixels::kFloat, 4, 4},        {TglPixels::kBitmap, 0, 1}};
+    } types[] = {{TglPixels::kUnsignedByte, 1, 1},
+                 {TglPixels::kUnsignedShort, 2, 2},
+                 {TglPixels::kUnsignedInt, 4, 4},
+                 {TglPixels::kFloat, 4, 4},
+                 {TglPixels::kBitmap, 0, 1}};
     for (const auto& [format, components] : formats) {
         for (const auto& each : types) {
             for (const int width : {1, 3, 7, 8, 9}) {
@@ -100,9 +103,18 @@ TEST(PixelBlock, ImpossibleSizesHaveNoPixels)
     PortWindow<> window(20, 20);
     ASSERT_TRUE(window.show());
     window.port().setCurrentContext();
-    const std::pair<int, int> sizes[] = {{0, 0},  {0, 5},           {5, 0},           {-1, 5},
-                                         {5, -1}, {INT_MIN, 5},     {5, INT_MIN},     {-3, -3},
-                                         {INT_MAX, 1}, {1, INT_MAX}, {INT_MAX, INT_MAX}, {50000, 50000}};
+    const std::pair<int, int> sizes[] = {{0, 0},
+                                         {0, 5},
+                                         {5, 0},
+                                         {-1, 5},
+                                         {5, -1},
+                                         {INT_MIN, 5},
+                                         {5, INT_MIN},
+                                         {-3, -3},
+                                         {INT_MAX, 1},
+                                         {1, INT_MAX},
+                                         {INT_MAX, INT_MAX},
+                                         {50000, 50000}};
     for (const auto& [width, height] : sizes) {
         SCOPED_TRACE(std::to_string(width) + " x " + std::to_string(height));
         TglPixels block(TglPixels::kRgba, 3, 3);

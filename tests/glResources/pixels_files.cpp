@@ -25,9 +25,8 @@ struct FileCase
     int channels[4]; ///< where red, green, blue and alpha stand
 };
 
-constexpr FileCase kCases[] = {{TglPixels::kRgb, 3, {0, 1, 2, -1}},
-                               {TglPixels::kRgba, 4, {0, 1, 2, 3}},
-                               {TglPixels::kBgra, 4, {2, 1, 0, 3}}};
+constexpr FileCase kCases[] = {
+    {TglPixels::kRgb, 3, {0, 1, 2, -1}}, {TglPixels::kRgba, 4, {0, 1, 2, 3}}, {TglPixels::kBgra, 4, {2, 1, 0, 3}}};
 
 /** Red, green, blue and alpha, from 0 to 255, the bottom row first. */
 int channelOf(int x, int y, int channel)

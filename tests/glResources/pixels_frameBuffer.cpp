@@ -56,9 +56,9 @@ TEST(PixelTransfer, ColoursAreReadAndDrawnInEveryFormatTypeAndOddSize)
     {
         TglPixels::TpixelFormat format;
         std::array<bool, 3> channels; ///< those it has
-    } formats[] = {{TglPixels::kRed, {true, false, false}},   {TglPixels::kGreen, {false, true, false}},
-                   {TglPixels::kBlue, {false, false, true}},  {TglPixels::kAlpha, {false, false, false}},
-                   {TglPixels::kRgb, {true, true, true}},     {TglPixels::kRgba, {true, true, true}},
+    } formats[] = {{TglPixels::kRed, {true, false, false}},  {TglPixels::kGreen, {false, true, false}},
+                   {TglPixels::kBlue, {false, false, true}}, {TglPixels::kAlpha, {false, false, false}},
+                   {TglPixels::kRgb, {true, true, true}},    {TglPixels::kRgba, {true, true, true}},
                    {TglPixels::kBgra, {true, true, true}}};
     for (const auto& each : formats) {
         for (const auto type :

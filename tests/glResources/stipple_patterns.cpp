@@ -44,8 +44,8 @@ struct NamedPattern
 };
 
 const NamedPattern kNamed[] = {
-    {"solid", TglPolyStipple::kSolid, 0xFFFF},      {"halftone", TglPolyStipple::kHalftone, 0xA5A5},
-    {"25 %", TglPolyStipple::k25Percent, 0xA0A0},   {"75 %", TglPolyStipple::k75Percent, 0xAFAF},
+    {"solid", TglPolyStipple::kSolid, 0xFFFF},    {"halftone", TglPolyStipple::kHalftone, 0xA5A5},
+    {"25 %", TglPolyStipple::k25Percent, 0xA0A0}, {"75 %", TglPolyStipple::k75Percent, 0xAFAF},
     {"slash", TglPolyStipple::kSlash, 0x9C63},
 };
 

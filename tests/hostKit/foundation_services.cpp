@@ -54,8 +54,8 @@ TEST(TclientServer, ClientsChangeWhileAMessageGoesRound)
         // A second round inside the first: all but the late comer hear two messages.
         server.notify(message);
     };
-    for (Tclient* each : {static_cast<Tclient*>(&leaver), static_cast<Tclient*>(victim.get()),
-                          static_cast<Tclient*>(&last)})
+    for (Tclient* each :
+         {static_cast<Tclient*>(&leaver), static_cast<Tclient*>(victim.get()), static_cast<Tclient*>(&last)})
         server.addClient(each);
     server.notify(TserverModifiedMsg(&server));
     EXPECT_EQ(leaver.fReceived, 1);
@@ -104,14 +104,15 @@ TEST(TclientServer, MayBeDeletedByAClient)
 
 TEST(TenvironmentVariable, ReadsWhatIsThereNow)
 {
-    struct Tcase {
+    struct Tcase
+    {
         const char* value;
         bool enabled;
         int number;
     };
-    const Tcase cases[] = {{nullptr, false, 7}, {"", false, 7},      {"0", false, 0},        {"off", false, 7},
-                           {"No", false, 7},    {"FALSE", false, 7}, {"1", true, 1},         {"-12", true, -12},
-                           {"yes", true, 7},    {"nope", true, 7},   {"00", true, 0},        {"12x", true, 7},
+    const Tcase cases[] = {{nullptr, false, 7}, {"", false, 7},          {"0", false, 0}, {"off", false, 7},
+                           {"No", false, 7},    {"FALSE", false, 7},     {"1", true, 1},  {"-12", true, -12},
+                           {"yes", true, 7},    {"nope", true, 7},       {"00", true, 0}, {"12x", true, 7},
                            {" ", true, 7},      {"99999999999", true, 7}};
     const TenvironmentVariable variable("LIRN_TEST_VARIABLE");
     for (const Tcase& each : cases) {

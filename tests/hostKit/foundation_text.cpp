@@ -37,7 +37,8 @@ TEST(Tstring, GrowsAndAppendsItselfLikeTheStandardString)
 
 TEST(Tstring, FormatTakesArgumentsByAscendingNumber)
 {
-    struct Tcase {
+    struct Tcase
+    {
         const char* pattern;
         const char* wanted;
     };

@@ -6,7 +6,8 @@
 
 TEST(QlirnQtHelper, ButtonsAndModifiersOfEvents)
 {
-    struct Tcase {
+    struct Tcase
+    {
         Qt::MouseButton button;
         Qt::MouseButtons held;
         Qt::KeyboardModifiers keys;

@@ -27,13 +27,24 @@ TEST(Tcontrol, VirtualFunctionsStandInTheirSlots)
     using ReadMap = bool (Tcontrol::*)(TpixelMap&, short);
     using ReadFloats = bool (Tcontrol::*)(TgenericPixelMap<float>&, TportRect, PixelMapReadColorSpace);
     const std::vector<std::size_t> found = {
-        slotOf(&Tcontrol::typeof), slotOf(&Tcontrol::cast), slotOf(&Tcontrol::doPress),
-        slotOf(&Tcontrol::doDoubleClick), slotOf(&Tcontrol::doUpdate), slotOf(&Tcontrol::doEnterRegion),
-        slotOf(&Tcontrol::doExitRegion), slotOf(&Tcontrol::doStow), slotOf(&Tcontrol::doUnStow),
-        slotOf(&Tcontrol::doPtrMoved), slotOf(&Tcontrol::doMouseWheel), slotOf(&Tcontrol::visibleNotify),
-        slotOf(&Tcontrol::adjustEventLocalPosition), slotOf(&Tcontrol::beginSelect), slotOf(&Tcontrol::endSelect),
+        slotOf(&Tcontrol::typeof),
+        slotOf(&Tcontrol::cast),
+        slotOf(&Tcontrol::doPress),
+        slotOf(&Tcontrol::doDoubleClick),
+        slotOf(&Tcontrol::doUpdate),
+        slotOf(&Tcontrol::doEnterRegion),
+        slotOf(&Tcontrol::doExitRegion),
+        slotOf(&Tcontrol::doStow),
+        slotOf(&Tcontrol::doUnStow),
+        slotOf(&Tcontrol::doPtrMoved),
+        slotOf(&Tcontrol::doMouseWheel),
+        slotOf(&Tcontrol::visibleNotify),
+        slotOf(&Tcontrol::adjustEventLocalPosition),
+        slotOf(&Tcontrol::beginSelect),
+        slotOf(&Tcontrol::endSelect),
         slotOf(static_cast<ReadMap>(&Tcontrol::pixelMapRead)),
-        slotOf(static_cast<ReadFloats>(&Tcontrol::pixelMapRead)), slotOf(&Tcontrol::parentWindowMoveNotify),
+        slotOf(static_cast<ReadFloats>(&Tcontrol::pixelMapRead)),
+        slotOf(&Tcontrol::parentWindowMoveNotify),
         slotOf(&Tcontrol::resize),
     };
     std::vector<std::size_t> expected(found.size());

@@ -89,9 +89,9 @@ constexpr Tname kClientBits[] = {
     {GL_CLIENT_VERTEX_ARRAY_BIT, "GL_CLIENT_VERTEX_ARRAY_BIT"},
 };
 
-constexpr const char* kPrimitives[] = {"GL_POINTS",         "GL_LINES",        "GL_LINE_LOOP", "GL_LINE_STRIP",
-                                       "GL_TRIANGLES",      "GL_TRIANGLE_STRIP", "GL_TRIANGLE_FAN", "GL_QUADS",
-                                       "GL_QUAD_STRIP",     "GL_POLYGON"};
+constexpr const char* kPrimitives[] = {"GL_POINTS",     "GL_LINES",          "GL_LINE_LOOP",    "GL_LINE_STRIP",
+                                       "GL_TRIANGLES",  "GL_TRIANGLE_STRIP", "GL_TRIANGLE_FAN", "GL_QUADS",
+                                       "GL_QUAD_STRIP", "GL_POLYGON"};
 
 std::string hexadecimal(unsigned long value)
 {

@@ -17,8 +17,8 @@ int reportXError(Display* display, XErrorEvent* error)
 {
     char text[200] = "";
     XGetErrorText(display, error->error_code, text, sizeof(text));
-    ADD_FAILURE() << "X error: " << text << ", request " << int(error->request_code) << "."
-                  << int(error->minor_code) << ", resource 0x" << std::hex << error->resourceid;
+    ADD_FAILURE() << "X error: " << text << ", request " << int(error->request_code) << "." << int(error->minor_code)
+                  << ", resource 0x" << std::hex << error->resourceid;
     return 0;
 }
 

@@ -27,11 +27,11 @@
     if (wanted.isNull()) {
         failure << "there is no picture " << qPrintable(stored) << " yet (UPDATE_PICTURES=1 stores one)";
     } else if (!comparison.sameSize) {
-        failure << "the picture is " << got.width() << " x " << got.height() << " instead of " << wanted.width() << " x "
-                << wanted.height();
+        failure << "the picture is " << got.width() << " x " << got.height() << " instead of " << wanted.width()
+                << " x " << wanted.height();
     } else {
-        failure << 100 * comparison.share << " % of the pixels differ by more than " << tolerance.channel << ", at most "
-                << comparison.largest << "; allowed are " << 100 * tolerance.share << " %";
+        failure << 100 * comparison.share << " % of the pixels differ by more than " << tolerance.channel
+                << ", at most " << comparison.largest << "; allowed are " << 100 * tolerance.share << " %";
         comparison.difference.save(base + QStringLiteral("difference.png"));
     }
     if (!wanted.isNull())

@@ -54,8 +54,7 @@ public:
     bool show()
     {
         fWindow.show();
-        const bool painted =
-            waitUntil([this] { return !fPort->portFlags().test(T3dPort::kPortFirstPaintPending); });
+        const bool painted = waitUntil([this] { return !fPort->portFlags().test(T3dPort::kPortFirstPaintPending); });
         settle();
         return painted;
     }

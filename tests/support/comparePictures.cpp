@@ -9,11 +9,13 @@ int main(int argc, char** argv)
 {
     QCoreApplication application(argc, argv);
     QCommandLineParser parser;
-    parser.setApplicationDescription("Compares two pictures. Ends with 0 when they match, 1 when not, 2 without pictures.");
+    parser.setApplicationDescription(
+        "Compares two pictures. Ends with 0 when they match, 1 when not, 2 without pictures.");
     parser.addHelpOption();
     parser.addPositionalArgument("wanted", "the picture as it should be");
     parser.addPositionalArgument("got", "the picture as it is");
-    const QCommandLineOption channel("channel", "Difference in a channel that does not count, 0 to 255.", "number", "2");
+    const QCommandLineOption channel("channel", "Difference in a channel that does not count, 0 to 255.", "number",
+                                     "2");
     const QCommandLineOption share("share", "Share of the pixels, 0 to 1, that may differ by more.", "number", "0");
     const QCommandLineOption difference("difference", "Where to write the picture of the differences.", "file");
     parser.addOptions({channel, share, difference});

@@ -18,14 +18,23 @@ TEST(TcommandLine, SaysWhatIsWrong)
         const char* arguments;
         const char* part;
     } cases[] = {
-        {"portview --bogus", "bogus"},          {"portview --size", "size"},
-        {"portview --size 640", "--size"},      {"portview --size 0x480", "--size"},
-        {"portview --size 9000x10", "--size"},  {"portview --size 99999999999x480", "--size"},
-        {"portview --size -64x48", "--size"},   {"portview --shading round", "flat or smooth"},
-        {"portview --views 4", "one or four"},  {"portview a.obj b.obj", "b.obj"},
-        {"portview --snapshot=", "--snapshot"}, {"portview ", "empty"},
-        {"portview --surface wood", "cube"},    {"portview --filter soft", "linear"},
-        {"portview --texture=", "--texture"},   {"portview --gallery=", "--gallery"},   {"portview --gallery a b.obj", "--gallery"},
+        {"portview --bogus", "bogus"},
+        {"portview --size", "size"},
+        {"portview --size 640", "--size"},
+        {"portview --size 0x480", "--size"},
+        {"portview --size 9000x10", "--size"},
+        {"portview --size 99999999999x480", "--size"},
+        {"portview --size -64x48", "--size"},
+        {"portview --shading round", "flat or smooth"},
+        {"portview --views 4", "one or four"},
+        {"portview a.obj b.obj", "b.obj"},
+        {"portview --snapshot=", "--snapshot"},
+        {"portview ", "empty"},
+        {"portview --surface wood", "cube"},
+        {"portview --filter soft", "linear"},
+        {"portview --texture=", "--texture"},
+        {"portview --gallery=", "--gallery"},
+        {"portview --gallery a b.obj", "--gallery"},
     };
     for (const auto& each : cases) {
         const TcommandLine line = parsed(each.arguments);

@@ -142,8 +142,9 @@ TEST_F(TobjModelFile, SmoothNormalsKeepCreasesAndTakeUsableNormalsFromTheFile)
 
 TEST_F(TobjModelFile, NamesBeginObjects)
 {
-    const auto model = load(kSquare + "vt 0.25 0.5\nf 1 2 3\ng default\no first  part\ng\ng left arm\nf 1/1 2/-1 3/9\nf 1 3 4\n"
-                                      "o last\nf 3 4 1 2\ng none\n");
+    const auto model =
+        load(kSquare + "vt 0.25 0.5\nf 1 2 3\ng default\no first  part\ng\ng left arm\nf 1/1 2/-1 3/9\nf 1 3 4\n"
+                       "o last\nf 3 4 1 2\ng none\n");
     ASSERT_TRUE(model) << fError;
     const struct
     {

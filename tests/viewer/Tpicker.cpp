@@ -32,10 +32,12 @@ std::shared_ptr<const TobjModel> tori()
                 const double t = 2 * 3.14159265358979 * i / kAlong;
                 const double u = 2 * 3.14159265358979 * j / kAround;
                 const double r = 1 + 0.45 * std::cos(u);
-                mesh.fPoints.emplace_back(r * std::cos(t) + 0.4 * copy, r * std::sin(t), 0.45 * std::sin(u) - 0.9 * copy);
+                mesh.fPoints.emplace_back(r * std::cos(t) + 0.4 * copy, r * std::sin(t),
+                                          0.45 * std::sin(u) - 0.9 * copy);
                 const std::uint32_t i2 = (i + 1) % kAlong;
                 const std::uint32_t j2 = (j + 1) % kAround;
-                for (const std::uint32_t corner : {i * kAround + j, i2 * kAround + j, i2 * kAround + j2, i * kAround + j2})
+                for (const std::uint32_t corner :
+                     {i * kAround + j, i2 * kAround + j, i2 * kAround + j2, i * kAround + j2})
                     mesh.fCorners.push_back(first + corner);
                 mesh.fFaceEnds.push_back(static_cast<std::uint32_t>(mesh.fCorners.size()));
             }

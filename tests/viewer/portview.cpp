@@ -139,8 +139,9 @@ TEST_F(Portview, WaysOfShowingDifferWhereTheModelIs)
         {"--ghosted", 0.4, 0.6, 0.4, 0.6}, // every other pixel
         {"--xray", 0.4, 1.1, 0.5, 1.1},    // thinner, everywhere
         {"--surface=sphere", 0.8, 1.1, 0.5, 1.1}, {"--surface=cube", 0.8, 1.1, 0.5, 1.1},
-        {"--marks", 0.001, 0.05, 0.9, 1.1}, {"--labels", 0.001, 0.2, 0.9, 1.2}, {"--hud", 0.01, 0.7, 0.9, 1.7},
-        {"--edges", 0.01, 0.15, 0.9, 1.1}, {"--lamp", 0.001, 0.2, 0.9, 1.2}, {"--shading=flat", 0, 0.9, 0.9, 1.1},
+        {"--marks", 0.001, 0.05, 0.9, 1.1},       {"--labels", 0.001, 0.2, 0.9, 1.2},
+        {"--hud", 0.01, 0.7, 0.9, 1.7},           {"--edges", 0.01, 0.15, 0.9, 1.1},
+        {"--lamp", 0.001, 0.2, 0.9, 1.2},         {"--shading=flat", 0, 0.9, 0.9, 1.1},
     };
     for (const auto& each : cases) {
         SCOPED_TRACE(each.option);

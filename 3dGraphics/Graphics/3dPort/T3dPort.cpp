@@ -38,8 +38,7 @@ constexpr unsigned kWheelModifiers = 8;
 Tmetaclass& metaclassOf()
 {
     static Tmetaclass metaclass(
-        "port3D", sizeof(T3dPort), Tcontrol::sTypeof(),
-        []() -> void* { return new T3dPort(nullptr, nullptr, false); },
+        "port3D", sizeof(T3dPort), Tcontrol::sTypeof(), []() -> void* { return new T3dPort(nullptr, nullptr, false); },
         [](void* memory) -> void* { return new (memory) T3dPort(nullptr, nullptr, false); });
     return metaclass;
 }
@@ -425,13 +424,9 @@ bool T3dPort::isStowed() const
     return !isOpen();
 }
 
-void T3dPort::doUpdateNow()
-{
-}
+void T3dPort::doUpdateNow() {}
 
-void T3dPort::resizeHook(unsigned short, unsigned short)
-{
-}
+void T3dPort::resizeHook(unsigned short, unsigned short) {}
 
 TbitField64 T3dPort::setToInteractiveMode()
 {

@@ -93,7 +93,7 @@ public:
         kPortFogEnabled = 0x80000,
         kPortFlag20 = 0x100000,
         kPortFlag21 = 0x200000,
-        kPortNoLighting = 0x2000000, ///< enabling lighting is refused
+        kPortNoLighting = 0x2000000,  ///< enabling lighting is refused
         fNoAutoDepthTest = 0x4000000, ///< transparent colour materials leave the depth test alone
         kPortStereoActive = 0x8000000,
         kPortStereoRequested = 0x10000000
@@ -350,9 +350,8 @@ public:
      */
     void setCurrentContext() const
     {
-#ifndef NDEBUG
-        checkThread();
-#endif
+        if (kChecksThread)
+            checkThread();
         if (!isReady())
             bringCurrent();
     }
@@ -997,10 +996,7 @@ public:
     /** GL_TEXTURE_MAX_ANISOTROPY_EXT of the bound two-dimensional texture, if the extension is there. Not cached. */
     void setTextureFilterAnisotropic(float anisotropy);
     /** Whether texture objects that follow the view's options filter anisotropically; never without the extension. */
-    static bool enableTextureFilterAnisotropic()
-    {
-        return fsTextureFilterAnisotropic && hasTextureFilterAnisotropic();
-    }
+    static bool enableTextureFilterAnisotropic() { return fsTextureFilterAnisotropic && hasTextureFilterAnisotropic(); }
     static void enableTextureFilterAnisotropic(bool on) { fsTextureFilterAnisotropic = on; }
 
     // Texture units, of the context that is current. A unit that is locked or does not exist is left alone, as is any
@@ -1206,8 +1202,8 @@ public:
 
     static TbitField64 fsGraphicsFlags;
     static TsortedStringArray& fRegisteredRenderers; ///< names of the renderers that ports have used
-    static T3dPort* fsTexturePort;                  ///< the port that owns texture uploads
-    static unsigned* fsSelectBuffer;                ///< the shared hit buffer, kSelectBufferSize words
+    static T3dPort* fsTexturePort;                   ///< the port that owns texture uploads
+    static unsigned* fsSelectBuffer;                 ///< the shared hit buffer, kSelectBufferSize words
     static bool fsSecondaryBufferAsPrimary;
     static float fsXrayAlpha;
     static bool fsHasMultiTexture;
@@ -1262,6 +1258,11 @@ private:
     void sendViewport() const;
     void noteStray() const;
     static void checkThread();
+#ifdef NDEBUG
+    static constexpr bool kChecksThread = false;
+#else
+    static constexpr bool kChecksThread = true;
+#endif
 
     void closeWidget();
     QWidget* constructGLWidget(QWidget* parent, bool coreProfile, const char* name, bool stereo);
@@ -1297,8 +1298,8 @@ private:
     void textureMagFilterChanged(TglContext::TtextureFilter filter, TglContext::TtextureTarget target);
     void textureGenModeChanged(TglContext::TtextureGenMode mode);
     template <class Param, class Value>
-    void setTextureCombine(Param TglContext::*param, Value TglContext::*value, TglContext::TtextureUnit TglContext::*unit,
-                           Param newParam, Value newValue);
+    void setTextureCombine(Param TglContext::*param, Value TglContext::*value,
+                           TglContext::TtextureUnit TglContext::*unit, Param newParam, Value newValue);
     template <class Operation> void onTextureMatrix(Operation operation);
     [[gnu::cold]] void noteUnitSentElsewhere() const;
     void setMaterialColor(TportColor TglContext::*recorded, TmaterialChannel channel, const TportColor& c,
@@ -1371,8 +1372,8 @@ private:
     bool fFogParametersSent = false;
     T4dDblMatrixArray fModelViewStack{64};
     T4dDblMatrixArray fProjectionStack{8};
-    TviewportArray fViewportStack{8}; ///< never empty
-    T4dDblMatrix* fModelViewMatrix = nullptr;  ///< the top of its stack, as the next two
+    TviewportArray fViewportStack{8};         ///< never empty
+    T4dDblMatrix* fModelViewMatrix = nullptr; ///< the top of its stack, as the next two
     T4dDblMatrix* fProjectionMatrix = nullptr;
     TportRect* fViewport = nullptr;
     T4dDblMatrix fSelectMatrix; ///< put in front of the projection while selecting
@@ -1403,8 +1404,8 @@ private:
     bool fPolygonOffsetFillOn = false;
     std::unique_ptr<TglLight> fDefaultLight;
     float fReserved1 = 1.0f;
-    TviewportArray fPortRectStack{8}; ///< saved port rectangles
-    unsigned* fSelectBuffer = nullptr; ///< of the GL selection in progress
+    TviewportArray fPortRectStack{8};        ///< saved port rectangles
+    unsigned* fSelectBuffer = nullptr;       ///< of the GL selection in progress
     TglDisplayList* fCompiledList = nullptr; ///< being compiled
     bool fUseBackingStore = false;
     bool fBackingSaved = false;

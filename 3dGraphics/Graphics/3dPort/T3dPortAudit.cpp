@@ -40,7 +40,7 @@ bool isKnown(const TportColor& c)
 struct Values
 {
     double fValue[kMostValues] = {};
-    int fCount = 0; ///< 0 when the record makes no claim at present
+    int fCount = 0;   ///< 0 when the record makes no claim at present
     GLenum fName = 0; ///< asks for another name than the row's
 
     static Values none() { return Values(); }
@@ -288,8 +288,8 @@ const T3dPortAudit::Row T3dPortAudit::Table::fsRows[] = {
      [](const Port& p, const Record&) {
          const std::uint32_t loaded = T3dPort::fsProjMatrixValid[p.planesRow()];
          // While picking it has another in front, and an override waits for the next load.
-         const bool plain = !p.fPortFlags.test(T3dPort::kPortGLSelect | T3dPort::kPortRasterSelect) &&
-                            !p.fProjOverrideActive;
+         const bool plain =
+             !p.fPortFlags.test(T3dPort::kPortGLSelect | T3dPort::kPortRasterSelect) && !p.fProjOverrideActive;
          return Values::of(*p.fProjectionMatrix).when(plain && (p.fMatrixValid & loaded) == loaded);
      },
      nullptr},
@@ -352,9 +352,7 @@ const T3dPortAudit::Row T3dPortAudit::Table::fsRows[] = {
      [](const Port&, const Record& r) { return Values::of(!r.fLineStipple.isSolid()); },
      [](const Port&, const Record& r) { enable(GL_LINE_STIPPLE, !r.fLineStipple.isSolid()); }},
     {"line stipple pattern", GL_LINE_STIPPLE_PATTERN, kFixed, Kind::kInteger,
-     [](const Port&, const Record& r) {
-         return Values::of(r.fLineStipple.fPattern).when(!r.fLineStipple.isSolid());
-     },
+     [](const Port&, const Record& r) { return Values::of(r.fLineStipple.fPattern).when(!r.fLineStipple.isSolid()); },
      [](const Port&, const Record& r) {
          if (!r.fLineStipple.isSolid())
              glLineStipple(r.fLineStipple.fFactor, r.fLineStipple.fPattern);
@@ -380,9 +378,7 @@ const T3dPortAudit::Row T3dPortAudit::Table::fsRows[] = {
              glScissor(r.fScissorX, r.fScissorY, boxExtent(r.fScissorWidth), boxExtent(r.fScissorHeight));
      }},
     {"depth test", GL_DEPTH_TEST, kBoth, Kind::kSwitch,
-     [](const Port&, const Record& r) {
-         return switchBit(r, TglContext::kDepthTestOn, TglContext::kResendDepthTest);
-     },
+     [](const Port&, const Record& r) { return switchBit(r, TglContext::kDepthTestOn, TglContext::kResendDepthTest); },
      [](const Port&, const Record& r) { enable(GL_DEPTH_TEST, r.fDirtyBits.test(TglContext::kDepthTestOn)); }},
     {"depth function", GL_DEPTH_FUNC, kBoth, Kind::kInteger,
      [](const Port&, const Record& r) { return Values::of(r.fDepthFunc); },
@@ -401,22 +397,16 @@ const T3dPortAudit::Row T3dPortAudit::Table::fsRows[] = {
      [](const Port&, const Record& r) { return Values::of(r.fIndexWriteMask); },
      [](const Port&, const Record& r) { glIndexMask(r.fIndexWriteMask); }},
     {"dithering", GL_DITHER, kBoth, Kind::kSwitch,
-     [](const Port&, const Record& r) {
-         return switchBit(r, TglContext::kDitheringOn, TglContext::kResendDithering);
-     },
+     [](const Port&, const Record& r) { return switchBit(r, TglContext::kDitheringOn, TglContext::kResendDithering); },
      [](const Port&, const Record& r) { enable(GL_DITHER, r.fDirtyBits.test(TglContext::kDitheringOn)); }},
     {"shade model", GL_SHADE_MODEL, kFixed, Kind::kInteger,
      [](const Port&, const Record& r) { return Values::of(r.fShadeModel); },
      [](const Port&, const Record& r) { glShadeModel(r.fShadeModel); }},
     {"lighting", GL_LIGHTING, kFixed, Kind::kSwitch,
-     [](const Port&, const Record& r) {
-         return switchBit(r, TglContext::kLightingOn, TglContext::kResendLighting);
-     },
+     [](const Port&, const Record& r) { return switchBit(r, TglContext::kLightingOn, TglContext::kResendLighting); },
      [](const Port&, const Record& r) { enable(GL_LIGHTING, r.fDirtyBits.test(TglContext::kLightingOn)); }},
     {"two-sided lighting", GL_LIGHT_MODEL_TWO_SIDE, kFixed, Kind::kInteger,
-     [](const Port&, const Record& r) {
-         return switchBit(r, TglContext::kTwoSidedOn, TglContext::kResendTwoSided);
-     },
+     [](const Port&, const Record& r) { return switchBit(r, TglContext::kTwoSidedOn, TglContext::kResendTwoSided); },
      [](const Port&, const Record& r) {
          glLightModelf(GL_LIGHT_MODEL_TWO_SIDE, r.fDirtyBits.test(TglContext::kTwoSidedOn));
      }},
@@ -457,9 +447,7 @@ const T3dPortAudit::Row T3dPortAudit::Table::fsRows[] = {
      &Record::fTextureEnvUnit},
     {"texture combine", 0, kFixed, Kind::kTexEnv,
      [](const Port&, const Record& r) { return Values::of(r.fCombine).asking(r.fCombineParam); },
-     [](const Port&, const Record& r) {
-         glTexEnvi(GL_TEXTURE_ENV, r.fCombineParam, static_cast<GLint>(r.fCombine));
-     },
+     [](const Port&, const Record& r) { glTexEnvi(GL_TEXTURE_ENV, r.fCombineParam, static_cast<GLint>(r.fCombine)); },
      &Record::fCombineUnit},
     {"texture combine source", 0, kFixed, Kind::kTexEnv,
      [](const Port&, const Record& r) { return Values::of(r.fSource).asking(r.fSourceParam); },
@@ -467,9 +455,7 @@ const T3dPortAudit::Row T3dPortAudit::Table::fsRows[] = {
      &Record::fSourceUnit},
     {"texture combine operand", 0, kFixed, Kind::kTexEnv,
      [](const Port&, const Record& r) { return Values::of(r.fOperand).asking(r.fOperandParam); },
-     [](const Port&, const Record& r) {
-         glTexEnvi(GL_TEXTURE_ENV, r.fOperandParam, static_cast<GLint>(r.fOperand));
-     },
+     [](const Port&, const Record& r) { glTexEnvi(GL_TEXTURE_ENV, r.fOperandParam, static_cast<GLint>(r.fOperand)); },
      &Record::fOperandUnit},
     {"texture combine scale", 0, kFixed, Kind::kTexEnv,
      [](const Port&, const Record& r) { return Values::of(r.fScale).asking(r.fScaleParam); },

@@ -44,8 +44,7 @@ void T3dPort::enableLighting()
     if (!fContext || fPortFlags.test(kPortNoLighting))
         return;
     setCurrentContext();
-    if (!fContext->fDirtyBits.test(TglContext::kLightingOn) ||
-        fContext->fValidBits.test(TglContext::kResendLighting)) {
+    if (!fContext->fDirtyBits.test(TglContext::kLightingOn) || fContext->fValidBits.test(TglContext::kResendLighting)) {
         fContext->fDirtyBits.set(TglContext::kLightingOn);
         fContext->fValidBits.clear(TglContext::kResendLighting);
         glEnable(GL_LIGHTING);
@@ -62,8 +61,7 @@ void T3dPort::disableLighting()
     setCurrentContext();
     if (fsUseSeparateSpecularColor)
         glLightModeli(GL_LIGHT_MODEL_COLOR_CONTROL, GL_SINGLE_COLOR);
-    if (fContext->fDirtyBits.test(TglContext::kLightingOn) ||
-        fContext->fValidBits.test(TglContext::kResendLighting)) {
+    if (fContext->fDirtyBits.test(TglContext::kLightingOn) || fContext->fValidBits.test(TglContext::kResendLighting)) {
         fContext->fDirtyBits.clear(TglContext::kLightingOn);
         fContext->fValidBits.clear(TglContext::kResendLighting);
         glDisable(GL_LIGHTING);

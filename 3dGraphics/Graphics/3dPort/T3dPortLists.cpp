@@ -54,8 +54,8 @@ void T3dPort::polygonStipple(const TglPolyStipple& stipple)
             glEnable(GL_POLYGON_STIPPLE);
             // With other rows than four bytes OpenGL would read past the mask.
             glPushClientAttrib(GL_CLIENT_PIXEL_STORE_BIT);
-            for (const GLenum skip : {GL_UNPACK_ROW_LENGTH, GL_UNPACK_SKIP_ROWS, GL_UNPACK_SKIP_PIXELS,
-                                      GL_UNPACK_LSB_FIRST})
+            for (const GLenum skip :
+                 {GL_UNPACK_ROW_LENGTH, GL_UNPACK_SKIP_ROWS, GL_UNPACK_SKIP_PIXELS, GL_UNPACK_LSB_FIRST})
                 glPixelStorei(skip, 0);
             glPixelStorei(GL_UNPACK_ALIGNMENT, 1);
             glPolygonStipple(stipple.mask());

@@ -41,8 +41,8 @@ std::uint8_t bitDepth(GLenum which)
 void T3dPort::setPortRect(const TportRect& r)
 {
     if (fDebugPorts) {
-        std::printf("T3dPort::setPortRect(w=%d, h=%d, x:[%d,%d], y:[%d,%d], \n", r.width(), r.height(), r.left,
-                    r.right, r.bottom, r.top);
+        std::printf("T3dPort::setPortRect(w=%d, h=%d, x:[%d,%d], y:[%d,%d], \n", r.width(), r.height(), r.left, r.right,
+                    r.bottom, r.top);
         if (const QWidget* widget = qControl()) {
             const QRect g = widget->geometry();
             const QRect f = widget->frameGeometry();

@@ -225,8 +225,8 @@ void T3dPort::scissor(const TportRect& r, bool force)
     setCurrentContext();
     if (!fContext)
         return;
-    const bool coversAll = r.left <= fViewport->left && r.right >= fViewport->right &&
-                           r.bottom <= fViewport->bottom && r.top >= fViewport->top;
+    const bool coversAll = r.left <= fViewport->left && r.right >= fViewport->right && r.bottom <= fViewport->bottom &&
+                           r.top >= fViewport->top;
     if (coversAll && !force) {
         glDisable(GL_SCISSOR_TEST);
         fContext->fDirtyBits.clear(TglContext::kScissorOn);

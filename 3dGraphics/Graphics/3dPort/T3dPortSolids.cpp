@@ -46,7 +46,7 @@ void sendSpherePoint(const T4dDblPoint& p)
 
 // Box
 
-constexpr Vertex kBox[8] = {{1, 1, -1},  {1, 1, 1},   {1, -1, 1}, {1, -1, -1},
+constexpr Vertex kBox[8] = {{1, 1, -1},  {1, 1, 1},    {1, -1, 1}, {1, -1, -1},
                             {-1, -1, 1}, {-1, -1, -1}, {-1, 1, 1}, {-1, 1, -1}};
 
 void emitBox(bool filled)

@@ -35,7 +35,7 @@ public:
     /** Sends the ambient colour as GL_AMBIENT of light @p i. */
     void setAmbientColor(short i);
 
-    T3dPort* fPort = nullptr; ///< the port that owns the light, if any
+    T3dPort* fPort = nullptr;      ///< the port that owns the light, if any
     TportColor fColor{1, 1, 1, 1}; ///< GL_DIFFUSE and GL_SPECULAR
     TportColor fAmbientColor{0, 0, 0, 1};
     T4dDblVector fDirection{0, 0, 1};

@@ -49,7 +49,8 @@ public:
         fAttributes.colormap = DefaultColormap(display, shell.screen());
         fAttributes.depth = 1;
         // Beyond success there are warnings (above it), with which there is an image.
-        const int status = XpmReadFileToImage(display, const_cast<char*>(path.asChar()), &fImage, nullptr, &fAttributes);
+        const int status =
+            XpmReadFileToImage(display, const_cast<char*>(path.asChar()), &fImage, nullptr, &fAttributes);
         fIsRead = status >= XpmSuccess;
     }
 

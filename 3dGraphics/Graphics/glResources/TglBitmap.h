@@ -67,7 +67,7 @@ public:
     std::uint32_t fHeight = 0;
     std::uint32_t fXorig = 0;
     std::uint32_t fYorig = 0;
-    mutable TcountedPtr<TglListId> fList;                ///< null until first drawn
+    mutable TcountedPtr<TglListId> fList;               ///< null until first drawn
     mutable std::unique_ptr<unsigned char, Free> fBits; ///< null after that
 
 private:

@@ -26,13 +26,9 @@ Tmetaclass& metaclassOf()
 
 TglBuffer::~TglBuffer() = default;
 
-void TglBuffer::beginBufferNotify()
-{
-}
+void TglBuffer::beginBufferNotify() {}
 
-void TglBuffer::endBufferNotify()
-{
-}
+void TglBuffer::endBufferNotify() {}
 
 Tmetaclass* TglBuffer::sTypeof()
 {

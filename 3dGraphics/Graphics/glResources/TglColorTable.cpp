@@ -37,9 +37,7 @@ unsigned short cellIntensity(float component)
 
 } // namespace
 
-TglColorTable::TglColorTable(short base) : fColors(8), fHardwareIndex(8), fBase(static_cast<std::uint16_t>(base))
-{
-}
+TglColorTable::TglColorTable(short base) : fColors(8), fHardwareIndex(8), fBase(static_cast<std::uint16_t>(base)) {}
 
 void TglColorTable::setColorTableTopology(unsigned short base, unsigned short bitsB, unsigned short bitsC,
                                           unsigned short bitsA)

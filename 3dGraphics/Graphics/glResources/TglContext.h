@@ -200,7 +200,7 @@ public:
     TportColor fClearColor{0, 0, 0, 1};
     std::int16_t fColorIndex = 0;
     std::uint16_t fHardwareIndex = kUnknownIndex;
-    bool fBlending = false; ///< GL_BLEND
+    bool fBlending = false;       ///< GL_BLEND
     bool fColorDisturbed = false; ///< a material has changed OpenGL's current colour, and on purpose not fColor
     bool fReservedFlag2 = false;
     std::uint32_t fReserved1 = 0;
@@ -257,7 +257,7 @@ public:
     std::uint8_t fBlueBits = 0;
     std::uint8_t fAlphaBits = 0;
     std::uint8_t fStencilBits = 0;
-    GLenum fMatrixMode = GL_MODELVIEW; ///< the OpenGL matrix mode, not the one a port's operations address
+    GLenum fMatrixMode = GL_MODELVIEW;    ///< the OpenGL matrix mode, not the one a port's operations address
     TtextureUnit fServerUnit = kTexture0; ///< GL_ACTIVE_TEXTURE
     TtextureUnit fClientUnit = kTexture0; ///< GL_CLIENT_ACTIVE_TEXTURE
 

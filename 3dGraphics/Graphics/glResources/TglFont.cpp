@@ -23,7 +23,7 @@ constexpr char kDefaultName[] = "-*-helvetica-bold-r-normal-*-14-*-*-*-p-82-iso8
 constexpr char kSmallName[] = "-*-helvetica-bold-r-normal-*-11-*-*-*-*-*-iso8859-1";
 constexpr float kBuiltInSize = 12.0f;
 constexpr int kProbeSize = 12;
-constexpr int kLargestSize = 1000; // the server makes any size of a bitmap font, at the cost of its memory
+constexpr int kLargestSize = 1000;   // the server makes any size of a bitmap font, at the cost of its memory
 constexpr unsigned kFamilyPiece = 2; // after the empty piece in front of the first "-", and the foundry
 
 const Tstring& smallFontName()
@@ -109,9 +109,7 @@ TglFont* TglFont::fsDefaultOvl = nullptr;
 TglFont* TglFont::fsSmallOvl = nullptr;
 const Tstring TglFont::fsPattern("-*-^1s-bold-r-normal-*-^8d-*-*-*-*-*-iso8859-1");
 
-TglFont::TglFontRef::TglFontRef(const char* name, float size) : fName(name), fSize(size)
-{
-}
+TglFont::TglFontRef::TglFontRef(const char* name, float size) : fName(name), fSize(size) {}
 
 TglFont::TglFontRef::~TglFontRef()
 {
@@ -239,13 +237,9 @@ void TglFont::TglFontRef::drawRun(const char* text, std::size_t length) const
     }
 }
 
-TglFont::TglFont() : TglFont(defaultFont())
-{
-}
+TglFont::TglFont() : TglFont(defaultFont()) {}
 
-TglFont::TglFont(const char* name, float size) : fRef(new TglFontRef(name, size))
-{
-}
+TglFont::TglFont(const char* name, float size) : fRef(new TglFontRef(name, size)) {}
 
 const char* TglFont::fontName() const
 {

@@ -19,9 +19,7 @@ Pool* gPool = nullptr;
 
 } // namespace
 
-TglListId::TglListId(GLsizei count) : fFirst(count > 0 ? glGenLists(count) : 0), fCount(count)
-{
-}
+TglListId::TglListId(GLsizei count) : fFirst(count > 0 ? glGenLists(count) : 0), fCount(count) {}
 
 TcountedPtr<TglListId> TglListId::toCompile()
 {

@@ -151,13 +151,9 @@ bool TglPixels::TglPixelsData::isComplete() const
     return fData && size > 0 && fByteSize >= size;
 }
 
-TglPixels::TglPixels(TpixelFormat format) : TglPixels(format, 0, 0)
-{
-}
+TglPixels::TglPixels(TpixelFormat format) : TglPixels(format, 0, 0) {}
 
-TglPixels::TglPixels(TpixelFormat format, TpixelType type) : TglPixels(format, 0, 0, type)
-{
-}
+TglPixels::TglPixels(TpixelFormat format, TpixelType type) : TglPixels(format, 0, 0, type) {}
 
 TglPixels::TglPixels(TpixelFormat format, int width, int height) : TglPixels(format, width, height, defaultType(format))
 {

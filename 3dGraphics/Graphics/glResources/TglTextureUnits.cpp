@@ -2,9 +2,7 @@
 
 #include <algorithm>
 
-TglTextureUnits::TglTextureUnits() : fLocks(8)
-{
-}
+TglTextureUnits::TglTextureUnits() : fLocks(8) {}
 
 TglTextureUnits::~TglTextureUnits() = default;
 

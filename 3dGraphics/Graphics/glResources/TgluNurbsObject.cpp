@@ -27,8 +27,8 @@ bool staysWithin(std::size_t count, std::int64_t sPoints, std::int64_t sStride, 
     if (sPoints < 1 || tPoints < 1 || sStride < 0 || tStride < 0)
         return false;
     // Below 2^64: each product is of two numbers below 2^32.
-    const auto last = static_cast<std::uint64_t>((sPoints - 1) * sStride) +
-                      static_cast<std::uint64_t>((tPoints - 1) * tStride);
+    const auto last =
+        static_cast<std::uint64_t>((sPoints - 1) * sStride) + static_cast<std::uint64_t>((tPoints - 1) * tStride);
     return last + static_cast<std::uint64_t>(valuesPerPoint(type)) <= count;
 }
 

@@ -98,10 +98,10 @@ public:
     /** Does nothing. */
     void debug() {}
 
-    static TportColor gUVCacheLineColor;   ///< white
-    static TportColor gUVCachePointColor;  ///< red
-    static float gUVCachePointSize;        ///< for the host, 3; drawPoints has its own
-    static float gUVCacheBorderEdgeSize;   ///< for the host, 2
+    static TportColor gUVCacheLineColor;  ///< white
+    static TportColor gUVCachePointColor; ///< red
+    static float gUVCachePointSize;       ///< for the host, 3; drawPoints has its own
+    static float gUVCacheBorderEdgeSize;  ///< for the host, 2
 
 private:
     bool isOwnerFor(const TuvCache& other) const;

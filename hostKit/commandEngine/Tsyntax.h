@@ -18,6 +18,7 @@ public:
         kScript = 14
     };
 
+    /** One flag of a command. */
     struct Tflag
     {
         Tstring shortName; ///< with the leading "-", as the long name

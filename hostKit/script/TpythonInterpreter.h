@@ -12,9 +12,9 @@
  *
  * @code
  *     import lirn
- *     wire = lirn.colorIndexSliderGrp("wire", label="Wire", minValue=1, maxValue=8, value=3,
- *                                     changeCommand=lambda: print(lirn.colorIndexSliderGrp("wire", q=True,
- * value=True)))
+ *     def changed():
+ *         print(lirn.colorIndexSliderGrp("wire", q=True, value=True))
+ *     lirn.colorIndexSliderGrp("wire", label="Wire", minValue=1, maxValue=8, value=3, changeCommand=changed)
  * @endcode
  *
  * A flag that takes a script is given a callable, or a string of Python. All scripts share one set of global names;
@@ -25,6 +25,7 @@
 class TpythonInterpreter
 {
 public:
+    /** How a script ended. */
     struct Toutcome
     {
         bool ok = false;

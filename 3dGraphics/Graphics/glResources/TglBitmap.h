@@ -58,6 +58,7 @@ public:
     static const TglBitmap kDiamond;
     static const TglBitmap kFilledDiamond;
 
+    /** Gives the bits back to calloc, which they come from. */
     struct Free
     {
         void operator()(unsigned char* bits) const { std::free(bits); }

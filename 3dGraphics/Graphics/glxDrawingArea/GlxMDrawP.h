@@ -12,12 +12,14 @@ extern "C" {
 
 #define GlxMDrawInheritCleanUp ((XtWidgetProc)_XtInherit)
 
+/** What the class adds to those above it. */
 typedef struct
 {
     XtWidgetProc cleanUp; /**< what GlXCleanUpMDraw and the destruction of a widget call */
     XtPointer extension;
 } GlxMDrawClassPart;
 
+/** The class record, one for all widgets. */
 typedef struct
 {
     CoreClassPart core_class;
@@ -35,6 +37,7 @@ typedef struct
     GLXContext context; /**< also one that another widget of the class has made */
 } GlxMDrawOwned;
 
+/** What each widget adds: its resources, and what it has made of them. */
 typedef struct
 {
     /* Resources, in the order of the public header. */
@@ -73,6 +76,7 @@ typedef struct
     GlxMDrawOwned ownedBySecondary;
 } GlxMDrawPart;
 
+/** The record of one widget. */
 typedef struct
 {
     CorePart core;

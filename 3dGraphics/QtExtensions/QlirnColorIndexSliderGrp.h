@@ -1,6 +1,6 @@
 #pragma once
 
-#include "Export.h"
+#include "Graphics/Export.h"
 #include "ui/QlirnWidgetGrp.h"
 
 #include <QPointer>
@@ -36,7 +36,7 @@ public:
 
     QlirnSlider* lirnSlider() const;
 
-public slots:
+public Q_SLOTS:
     /** Takes over the slider's value, if it is another. */
     void useSliderValueToSetColorValue(int);
     /** Runs the script "dragCommand" when the slider is moved (QAbstractSlider::SliderMove). */

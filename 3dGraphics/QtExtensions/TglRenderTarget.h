@@ -1,6 +1,6 @@
 #pragma once
 
-#include "Export.h"
+#include "Graphics/Export.h"
 #include "foundation/TpixelMap.h"
 #include "graphicsResources/GLFrameBuffer.h"
 #include "graphicsResources/TrenderTarget.h"

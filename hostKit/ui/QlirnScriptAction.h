@@ -10,6 +10,6 @@ class QlirnScriptAction : public QObject
 public:
     QlirnScriptAction(QObject* control, const char* name);
 
-public slots:
+public Q_SLOTS:
     void run();
 };

@@ -18,7 +18,7 @@ public:
     /** Does nothing: the slider shows no expression. */
     void newExpressionForConnections(const QString& expression) override;
 
-signals:
+Q_SIGNALS:
     /** The user has changed the value: at the end of a drag, after a key, a turn of the wheel or a press beside the
      * handle. */
     void sliderChangeCompleted();

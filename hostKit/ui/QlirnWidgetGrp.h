@@ -54,7 +54,7 @@ public:
     /** Where in its column a text stands; other controls have no such thing. */
     bool setColumnAlign(int column, Qt::Alignment alignment);
 
-signals:
+Q_SIGNALS:
     /** The user has changed the group's value and is done with it. */
     void groupChangeCompleted();
 

@@ -18,7 +18,7 @@ public:
 
     bool eventFilter(QObject* watched, QEvent* event) override;
 
-signals:
+Q_SIGNALS:
     /** A top-level window was moved (QEvent::Move). */
     void windowMoved(QWidget* window);
 

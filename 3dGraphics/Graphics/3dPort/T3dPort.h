@@ -1,7 +1,7 @@
 #pragma once
 
-#include "Export.h"
 #include "Graphics/3dPort/TviewportScale.h"
+#include "Graphics/Export.h"
 #include "Graphics/glResources/TglColorTable.h"
 #include "Graphics/glResources/TglContext.h"
 #include "Graphics/glResources/TglFont.h"

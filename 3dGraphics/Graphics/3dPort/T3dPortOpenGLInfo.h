@@ -1,6 +1,6 @@
 #pragma once
 
-#include "Export.h"
+#include "Graphics/Export.h"
 
 /** The OpenGL version of the process, read once, from the first context that asks. */
 class LIRN_3DGRAPHICS_EXPORT T3dPortOpenGLInfo

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "Export.h"
+#include "Graphics/Export.h"
 #include "foundation/T4dDblMatrix.h"
 #include "foundation/T4dDblVector.h"
 #include "foundation/TportColor.h"

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "Export.h"
+#include "Graphics/Export.h"
 
 /**
  * Searches the hit records of a GL selection (T3dPort::beginSelect, glSelectBuffer).

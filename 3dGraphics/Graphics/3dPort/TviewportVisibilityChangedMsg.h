@@ -1,6 +1,6 @@
 #pragma once
 
-#include "Export.h"
+#include "Graphics/Export.h"
 #include "foundation/TserverModifiedMsg.h"
 
 /** Posted to a port's clients when its widget was shown or hidden. */

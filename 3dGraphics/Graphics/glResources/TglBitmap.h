@@ -1,6 +1,6 @@
 #pragma once
 
-#include "Export.h"
+#include "Graphics/Export.h"
 #include "Graphics/glResources/TglListId.h"
 #include "foundation/TcountedPtr.h"
 

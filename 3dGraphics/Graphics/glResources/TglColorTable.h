@@ -1,6 +1,6 @@
 #pragma once
 
-#include "Export.h"
+#include "Graphics/Export.h"
 #include "foundation/Tarray.h"
 #include "foundation/TportColor.h"
 

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "Export.h"
+#include "Graphics/Export.h"
 #include "Graphics/glResources/TglColorTable.h"
 #include "Graphics/glResources/TglLineStipple.h"
 #include "Graphics/glResources/TglTextureUnits.h"

@@ -1,12 +1,10 @@
 #pragma once
 
-#include "Export.h"
-
 /**
  * Gives pixel transfers a plain pixel store while it lives: rows without gaps, nothing skipped or swapped, no buffer object.
  * Afterwards there is what was found (glPushClientAttrib).
  */
-class LIRN_3DGRAPHICS_EXPORT TglPixelStoreGuard
+class TglPixelStoreGuard
 {
 public:
     /** The side that is set; both are put back. */

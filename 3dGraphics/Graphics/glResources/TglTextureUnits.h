@@ -1,6 +1,6 @@
 #pragma once
 
-#include "Export.h"
+#include "Graphics/Export.h"
 #include "foundation/Tarray.h"
 
 /** The texture units of the process, each of which a caller can lock for itself. */

@@ -20,7 +20,7 @@
  * The contexts of all these widgets on a screen share display lists and textures, unless told otherwise.
  */
 
-#include "Export.h"
+#include "Graphics/Export.h"
 
 #include <GL/glx.h>
 #include <X11/Intrinsic.h>

@@ -1,7 +1,7 @@
 #pragma once
 
-#include "Export.h"
 #include "Graphics/3dPort/T3dPort.h"
+#include "Graphics/Export.h"
 #include "ui/QlirnPaneLayout.h"
 #include "ui/TinteractionDirector.h"
 

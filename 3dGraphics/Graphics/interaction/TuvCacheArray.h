@@ -1,6 +1,6 @@
 #pragma once
 
-#include "Export.h"
+#include "Graphics/Export.h"
 #include "Graphics/interaction/TuvCache.h"
 #include "foundation/Tarray.h"
 

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "Export.h"
+#include "Graphics/Export.h"
 #include "Graphics/glResources/TglContext.h"
 #include "Graphics/textures/TglTexObjUpdater.h"
 #include "Graphics/textures/TglTextureObjectPtrArray.h"

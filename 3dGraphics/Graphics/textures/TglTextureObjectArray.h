@@ -1,6 +1,6 @@
 #pragma once
 
-#include "Export.h"
+#include "Graphics/Export.h"
 #include "Graphics/textures/TelementArray.h"
 #include "Graphics/textures/TglTextureObject.h"
 

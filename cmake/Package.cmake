@@ -55,6 +55,7 @@ install(DIRECTORY examples/minimal examples/motif examples/models DESTINATION ${
 # cpack -G DEB
 set(CPACK_PACKAGE_NAME 3dgraphics)
 set(CPACK_PACKAGE_VERSION ${PROJECT_VERSION})
+set(CPACK_PACKAGE_DESCRIPTION_SUMMARY "") # each package has its own
 set(CPACK_PACKAGE_CONTACT "The authors of 3dGraphics <3dgraphics@localhost>")
 set(CPACK_PACKAGING_INSTALL_PREFIX /usr)
 set(CPACK_STRIP_FILES ON)
@@ -68,9 +69,9 @@ set(CPACK_DEBIAN_PACKAGE_GENERATE_SHLIBS ON)
 set(runtimePackage lib3dgraphics${PROJECT_VERSION_MAJOR})
 set(CPACK_DEBIAN_RUNTIME_PACKAGE_NAME ${runtimePackage})
 set(CPACK_DEBIAN_RUNTIME_PACKAGE_SECTION libs)
-set(CPACK_COMPONENT_RUNTIME_DESCRIPTION "drawing layer of interactive 3D applications
- One drawing port per 3D view, which owns its window's OpenGL context, keeps
- matrix stacks, lights and render state, and sends OpenGL only what changed.")
+set(CPACK_DEBIAN_RUNTIME_DESCRIPTION "Drawing layer of interactive 3D applications
+One drawing port per 3D view, which owns its window's OpenGL context, keeps
+matrix stacks, lights and render state, and sends OpenGL only what changed.")
 
 set(CPACK_DEBIAN_DEVELOPMENT_PACKAGE_NAME lib3dgraphics-dev)
 set(CPACK_DEBIAN_DEVELOPMENT_PACKAGE_SECTION libdevel)
@@ -79,13 +80,13 @@ set(CPACK_DEBIAN_DEVELOPMENT_PACKAGE_GENERATE_SHLIBS OFF)
 string(CONCAT CPACK_DEBIAN_DEVELOPMENT_PACKAGE_DEPENDS
     "${runtimePackage} (= ${PROJECT_VERSION}), libgl-dev, libglu1-mesa-dev, libglx-dev, libmotif-dev, libopengl-dev, "
     "libqt5opengl5-dev, libqt5x11extras5-dev, libtinyxml-dev, libx11-dev, libxt-dev, pkg-config, qtbase5-dev")
-set(CPACK_COMPONENT_DEVELOPMENT_DESCRIPTION "drawing layer of interactive 3D applications (development files)
- Headers, CMake package, pkg-config file, documentation and examples.")
+set(CPACK_DEBIAN_DEVELOPMENT_DESCRIPTION "Drawing layer of interactive 3D applications (development files)
+Headers, CMake package, pkg-config file, documentation and examples.")
 
 set(CPACK_DEBIAN_VIEWER_PACKAGE_NAME portview)
 set(CPACK_DEBIAN_VIEWER_PACKAGE_SECTION graphics)
 set(CPACK_DEBIAN_VIEWER_PACKAGE_DEPENDS "${runtimePackage} (= ${PROJECT_VERSION})")
-set(CPACK_COMPONENT_VIEWER_DESCRIPTION "viewer of OBJ models
- Shows models in one view or four, picks in them, and takes pictures.")
+set(CPACK_DEBIAN_VIEWER_DESCRIPTION "Viewer of OBJ models
+Shows models in one view or four, picks in them, and takes pictures.")
 
 include(CPack)

@@ -44,7 +44,7 @@ void draw(T3dPort& port)
     port.setDefaultLight(0, {0.3, 0.5, 0.8}); // from the eye's right, above
     port.setLightingModel();
     port.enableColorMaterial(T3dPort::kFrontAndBack, T3dPort::kMaterialDiffuse, false);
-    port.translate(0, 0, -9.5);
+    port.translate(0, 0, -8.6);
     port.rotate(-1.1, 0, 0); // z is up
     port.translate(0, 0, -2.1);
     port.color(TportColor(0.85f, 0.86f, 0.9f, 1));

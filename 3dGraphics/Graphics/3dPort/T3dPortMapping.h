@@ -18,7 +18,7 @@ inline int T3dPort::worldToPort(const T4dDblPoint& p, T4dDblPoint& out) const
     const double w = zw[1];
     if (std::abs(w) <= TviewportScale::kLeastW)
         return kPointAtInfinity;
-    const bool inside = (int(std::abs(xy[0]) <= w) & int(std::abs(xy[1]) <= w) & int(std::abs(zw[0]) <= w)) != 0;
+    const bool inside = (std::abs(xy[0]) <= w) & (std::abs(xy[1]) <= w) & (std::abs(zw[0]) <= w);
     return inside ? kPointInside : kPointOutside;
 }
 

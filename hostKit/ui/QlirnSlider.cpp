@@ -4,8 +4,8 @@
 
 QlirnSlider::QlirnSlider(QWidget* parent) : QSlider(Qt::Horizontal, parent)
 {
-    // Qt emits sliderMoved, then actionTriggered, and sets the value last.
-    connect(this, &QSlider::sliderMoved, this, &QSlider::setValue);
+    // Qt sets the value only after the signal.
+    connect(this, &QSlider::actionTriggered, this, [this] { setValue(sliderPosition()); });
     connect(this, &QSlider::valueChanged, this, [this] { fChanged = true; });
 }
 

@@ -5,8 +5,8 @@
 #include <QSlider>
 
 /**
- * A horizontal slider of integers that tells when the user is done with a change. While it is dragged its value is up
- * to date already when actionTriggered is emitted.
+ * A horizontal slider of integers that tells when the user is done with a change. Its value is up to date already when
+ * actionTriggered is emitted.
  */
 class QlirnSlider : public QSlider, public QlirnIconnectableControl
 {

@@ -165,16 +165,18 @@ TEST_F(SliderGroupRealEvents, DragAndChangeCommands)
 
     QKeyEvent key(kKeyPress, Qt::Key_Right, Qt::NoModifier);
     QApplication::sendEvent(slider(), &key);
-    EXPECT_EQ(seen(), "'d4 d6 c6 c5 c6'");
+    QWheelEvent wheel({5, 5}, {5, 5}, {}, {0, -120}, Qt::NoButton, Qt::NoModifier, Qt::NoScrollPhase, false);
+    QApplication::sendEvent(slider(), &wheel);
+    EXPECT_EQ(seen(), "'d4 d6 c6 c5 c6 d5 c5'");
 
     // A script in its other language, in the place of the first; one that fails does no harm.
     ErrorCollector errors;
     ASSERT_TRUE(text("colorIndexSliderGrp -edit wire -cc \"image -image \\\"\\\" done; nonsense\" -dc \"\"").ok);
-    moveTo(handleAt(6));
+    moveTo(handleAt(5));
     button(true);
     moveTo(handleAt(1));
     button(false);
-    EXPECT_EQ(seen(), "'d4 d6 c6 c5 c6'");
+    EXPECT_EQ(seen(), "'d4 d6 c6 c5 c6 d5 c5'");
     EXPECT_TRUE(find<QlirnStaticPicture>("done"));
     EXPECT_THAT(errors.messages(), ElementsAre("There is no command 'nonsense'."));
     EXPECT_EQ(text("colorIndexSliderGrp -q -v wire"), (Answer{true, "1"}));

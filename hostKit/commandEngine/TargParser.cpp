@@ -36,7 +36,7 @@ template <class T> std::optional<T> numberFrom(const Tstring& text)
 {
     const char* first = text.asChar();
     const char* const last = first + text.length();
-    if (text.length() > 1 && *first == '+')
+    if (text.length() > 1 && *first == '+' && first[1] != '-')
         ++first;
     T value{};
     const auto read = std::from_chars(first, last, value);

@@ -14,7 +14,7 @@ class TiceBaseCmd;
 class TcommandEngine
 {
 public:
-    /** Enters a command; false, with a report to the error handler, for a name that is empty or taken. */
+    /** Enters a command; false for an empty name and, with a report to the error handler, for one that is taken. */
     static bool add(TiceBaseCmd* command);
     /** Takes a command out; one that is not in is ignored. */
     static void remove(const TiceBaseCmd* command);

@@ -1,6 +1,7 @@
 #include "commandEngine/TdeleteUICmd.h"
 
 #include "commandEngine/TfailedException.h"
+#include "commandEngine/TiceControlBaseCmd.h"
 #include "commandEngine/TmetaCommandActionRegistration.h"
 #include "ui/TUIInventory.h"
 
@@ -29,7 +30,13 @@ int TdeleteUICmd::doIt()
     if (widgets.empty())
         throw TfailedException("The name of a control is missing.");
     for (QWidget* widget : widgets) {
+        // What is in it goes with it, and must not be found, or taken as a parent, until then.
         gUIInventory->removeWidget(widget);
+        for (const QWidget* child : widget->findChildren<QWidget*>())
+            gUIInventory->removeWidget(child);
+        QWidget* parent = TiceControlBaseCmd::defaultParent();
+        if (widget == parent || (parent && widget->isAncestorOf(parent)))
+            TiceControlBaseCmd::setDefaultParent(nullptr);
         // The control's own script may be what deletes it, and then the control is in the middle of an event.
         widget->hide();
         widget->deleteLater();

@@ -2,7 +2,7 @@
 
 #include "commandEngine/TiceBaseCmd.h"
 
-/** The command "deleteUI": deletes the controls of the names given, all of them or, when one does not exist, none. */
+/** The command "deleteUI": deletes the controls of the names given with what is in them, all of them or, when one does not exist, none. */
 class TdeleteUICmd : public TiceBaseCmd
 {
 public:

@@ -25,9 +25,10 @@ bool isNameTaken(const Tstring& name)
 
 bool isName(const Tstring& name)
 {
-    for (const char* c = name.asChar(); *c; ++c) {
+    const char* const first = name.asChar();
+    for (const char* c = first; c != first + name.length(); ++c) {
         const bool letter = (*c >= 'a' && *c <= 'z') || (*c >= 'A' && *c <= 'Z') || *c == '_';
-        if (!letter && (c == name.asChar() || *c < '0' || *c > '9'))
+        if (!letter && (c == first || *c < '0' || *c > '9'))
             return false;
     }
     return !name.isEmpty();
@@ -140,7 +141,7 @@ int TiceControlBaseCmd::create()
     qControl()->setObjectName(QString::fromUtf8(fObjectName.asChar()));
     gUIInventory->addWidget(qControl());
     setResult(fObjectName);
-    if (!doEditFlags())
+    if (!doEditFlags() || !qControl())
         return 0;
     undo.command = nullptr;
     if (QLayout* layout = fParent->layout())
@@ -152,7 +153,10 @@ int TiceControlBaseCmd::create()
 
 int TiceControlBaseCmd::doEditFlags()
 {
+    // Whoever is told of a warning can have closed it.
     QWidget* control = qControl();
+    if (!control)
+        return 0;
     const auto given = [this](const char* flag) { return args().uses(flag) > 0; };
     const int width = given(kELFwidthFlag) ? extent(args().integer(kELFwidthFlag)) : -1;
     const int height = given(kELFheightFlag) ? extent(args().integer(kELFheightFlag)) : -1;
@@ -172,6 +176,8 @@ int TiceControlBaseCmd::doEditFlags()
 int TiceControlBaseCmd::doQueryFlags()
 {
     const QWidget* control = qControl();
+    if (!control)
+        return 0;
     if (args().isFlagSet(kELFvisibleFlag))
         setResult(!control->isHidden());
     else if (args().isFlagSet(kELFenableFlag))

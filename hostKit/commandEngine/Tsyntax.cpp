@@ -46,7 +46,8 @@ bool Tsyntax::makeFlagMultiUse(const char* name)
 
 const Tsyntax::Tflag* Tsyntax::find(const Tstring& name) const
 {
-    const Tstring wanted = withDash(name.asChar());
+    // A null byte ends a name only for C.
+    const Tstring wanted = std::strlen(name.asChar()) == name.length() ? withDash(name.asChar()) : Tstring();
     const auto flag = std::find_if(fFlags.begin(), fFlags.end(), [&](const Tflag& each) {
         return each.shortName == wanted || each.longName == wanted;
     });

@@ -10,7 +10,9 @@ void QlirnStaticPicture::setPicture(const Tstring& picture)
 {
     fPicture = picture;
     QPixmap pixmap;
-    if (!picture.isEmpty() && !pixmap.load(QString::fromUtf8(picture.asChar())))
-        TerrorHandler::report(TerrorHandler::kWarning, Tstring::tFormat("Unable to load image: ^1s", picture));
+    const bool isGood = picture.isEmpty() || pixmap.load(QString::fromUtf8(picture.asChar()));
     setPixmap(pixmap);
+    // Last, as whoever is told may delete the control.
+    if (!isGood)
+        TerrorHandler::report(TerrorHandler::kWarning, Tstring::tFormat("Unable to load image: ^1s", picture));
 }

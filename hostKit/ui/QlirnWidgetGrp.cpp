@@ -1,7 +1,5 @@
 #include "ui/QlirnWidgetGrp.h"
 
-#include "ui/QlirnLabel.h"
-
 #include <QGridLayout>
 
 #include <algorithm>
@@ -35,7 +33,7 @@ bool QlirnWidgetGrp::addControl(QWidget* control)
 
 QWidget* QlirnWidgetGrp::column(int column) const
 {
-    return has(column) ? fColumns[column - 1].widget : nullptr;
+    return has(column) ? fColumns[column - 1].widget.data() : nullptr;
 }
 
 bool QlirnWidgetGrp::setColumnWidth(int column, int width, bool takesExtra)
@@ -86,6 +84,8 @@ Tstring QlirnWidgetGrp::textOf(const QlirnLabel* label)
 void QlirnWidgetGrp::place(int column)
 {
     const Tcolumn& c = fColumns[column - 1];
+    if (!c.widget)
+        return;
     const Qt::Alignment side = c.attach == kLeft    ? Qt::Alignment(Qt::AlignLeft | Qt::AlignVCenter)
                                : c.attach == kRight ? Qt::Alignment(Qt::AlignRight | Qt::AlignVCenter)
                                                     : Qt::Alignment();

@@ -1,13 +1,14 @@
 #pragma once
 
 #include "foundation/Tstring.h"
+#include "ui/QlirnLabel.h"
 
+#include <QPointer>
 #include <QWidget>
 
 #include <vector>
 
 class QGridLayout;
-class QlirnLabel;
 
 /**
  * Controls side by side that the user takes for one. Columns count from 1; a label, if there is one, is the first. An
@@ -41,6 +42,7 @@ public:
     Tstring extraLabelText() const { return textOf(fExtraLabel); }
 
     int columnCount() const { return static_cast<int>(fColumns.size()); }
+    /** The column's control, null for one that is gone. */
     QWidget* column(int column) const;
 
     /**
@@ -61,7 +63,7 @@ Q_SIGNALS:
 private:
     struct Tcolumn
     {
-        QWidget* widget;
+        QPointer<QWidget> widget;
         int width;
         bool takesExtra;
         Tattach attach;
@@ -73,7 +75,7 @@ private:
     void place(int column);
 
     QGridLayout* fLayout;
-    QlirnLabel* fLabel = nullptr;
-    QlirnLabel* fExtraLabel = nullptr;
+    QPointer<QlirnLabel> fLabel;
+    QPointer<QlirnLabel> fExtraLabel;
     std::vector<Tcolumn> fColumns;
 };

@@ -93,6 +93,14 @@ TEST_P(Commands, CreateEditAndQueryEveryFlag)
     EXPECT_GE(group->column(3)->width(), 160);
     EXPECT_EQ(QlirnUiObjectType::typeName(group->column(2)), "staticText");
     EXPECT_EQ(QlirnUiObjectType::typeName(group->column(3)), "intSlider");
+    const bool isText = GetParam() == Door::kText;
+    EXPECT_TRUE(edit("wire", {{"columnAttach", isText ? "3 right" : "(3, 'right')"},
+                              {"columnAlign", isText ? "1 center" : "(1, 'center')"}})
+                    .ok);
+    settle();
+    EXPECT_LT(group->column(3)->width(), 160);
+    EXPECT_GT(group->column(3)->x(), group->column(2)->geometry().right() + 20);
+    EXPECT_EQ(qobject_cast<QLabel*>(group->column(1))->alignment(), Qt::AlignCenter);
 }
 
 TEST_P(Commands, ValuesAreCorrectedOrRefused)
@@ -220,6 +228,11 @@ TEST_P(Commands, AControlThatIsGone)
         EXPECT_EQ(run(command, "mine", {}).text, "mine");
         EXPECT_TRUE(run("deleteUI", "mine", {}).ok);
         EXPECT_FALSE(run(command, "mine", {{"query", ""}, {flag, ""}}).ok);
+        // with what it is in
+        EXPECT_TRUE(run("image", "outer", {}).ok);
+        EXPECT_TRUE(run(command, "mine", {{"parent", "\"outer\""}}).ok);
+        EXPECT_TRUE(run("deleteUI", "outer", {}).ok);
+        EXPECT_EQ(run(command, "mine", {{"exists", ""}}).text, "0");
         QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
         EXPECT_THAT(panel().findChildren<QlirnWidgetGrp*>(), IsEmpty());
         EXPECT_THAT(panel().findChildren<QlirnStaticPicture*>(), IsEmpty());
@@ -246,6 +259,28 @@ TEST_F(Deletion, ByQtWhileACommandHoldsTheControl)
     } holding("image3");
     EXPECT_FALSE(holding.run({}).ok);
     EXPECT_EQ(panel().findChildren<QlirnStaticPicture*>().size(), 1);
+}
+
+TEST_F(Deletion, OfWhatIsHalfMade)
+{
+    struct Failing : TiceStaticImageCmd
+    {
+        using TiceStaticImageCmd::TiceStaticImageCmd;
+        bool makeControl() override { return !TiceStaticImageCmd::makeControl(); }
+    } failing("image2");
+    EXPECT_EQ(failing.run({}).error, "image2: The control could not be made.");
+    EXPECT_THAT(panel().findChildren<QlirnStaticPicture*>(), IsEmpty());
+}
+
+TEST_F(Deletion, ByWhoeverIsToldOfAWarning)
+{
+    const auto subscription =
+        TerrorHandler::subscribe([](auto, const Tstring&) { delete gUIInventory->find("mine", nullptr, true, false); });
+    EXPECT_FALSE(text("colorIndexSliderGrp -value 99 -label a -width 9 mine").ok);
+    EXPECT_FALSE(text("image -image missing.png -width 9 mine").ok);
+    EXPECT_TRUE(text("colorIndexSliderGrp -extraLabel a mine").ok);
+    delete find<QlirnColorIndexSliderGrp>("mine")->lirnSlider();
+    EXPECT_FALSE(text("colorIndexSliderGrp -edit -columnWidth 2 9 mine").ok) << "the column is gone";
 }
 
 TEST_F(Deletion, ClearForgetsWithoutDeleting)

@@ -84,6 +84,7 @@ TEST(commandEngine, Arguments)
         {"\"echo\" -s \"\"", "s ", ""},
         {"echo -i 2147483648", nullptr, "out of range"},
         {"echo -i 99999999999999999999", nullptr, "integer"},
+        {"echo -i +-3", nullptr, "integer"},
         {"echo -i 3.5", nullptr, "'-int' needs an argument of type integer"},
         {"echo -i \"3\"", nullptr, "integer"},
         {"echo -b maybe", nullptr, "boolean"},

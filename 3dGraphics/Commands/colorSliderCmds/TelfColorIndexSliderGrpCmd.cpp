@@ -10,6 +10,7 @@
 
 #include <QVariant>
 
+#include <algorithm>
 #include <memory>
 
 namespace {
@@ -133,15 +134,14 @@ void TelfColorIndexSliderGrpCmd::editRange()
 
 void TelfColorIndexSliderGrpCmd::editValue()
 {
-    int value = args().integer(kELFvalueFlag);
-    if (value < fWidget->minValue()) {
+    const int given = args().integer(kELFvalueFlag);
+    const int value = std::clamp(given, fWidget->minValue(), fWidget->maxValue());
+    if (given < value)
         TcommandEngine::displayWarning("s_HiceExceptionStrings.rELFvalueMustBeGreaterThanOrEqualToMinValue");
-        value = fWidget->minValue();
-    } else if (value > fWidget->maxValue()) {
+    else if (given > value)
         TcommandEngine::displayWarning("s_HiceExceptionStrings.rELFvalueMustBeLessThanOrEqualToMaxValue");
-        value = fWidget->maxValue();
-    }
-    fWidget->setValue(value);
+    if (fWidget) // whoever is told of the warning can have closed it
+        fWidget->setValue(value);
 }
 
 int TelfColorIndexSliderGrpCmd::doQueryFlags()

@@ -9,7 +9,8 @@
  *
  * Flags besides those of every group: label, extraLabel (texts; a group has them only when it was created with them),
  * value, minValue, maxValue (integers), changeCommand, dragCommand (scripts), invisible (clears the invisible index
- * when it lies outside the range), forceDragRefresh (accepted).
+ * when it lies outside the range), forceDragRefresh (accepted). A range that is refused leaves bounds, value and scripts
+ * as they are; the texts are set by then.
  */
 class LIRN_3DGRAPHICS_EXPORT TelfColorIndexSliderGrpCmd : public TelfBaseGrpCmd
 {

@@ -88,7 +88,7 @@ TpythonInterpreter::Toutcome outcomeOf(py::error_already_set& exception)
     // What the script ends with can be an object of its own, with text that can't be had.
     try {
         const py::object code = exception.value().attr("code");
-        if (code.is_none() || (py::isinstance<py::int_>(code) && PyObject_IsTrue(code.ptr()) == 0))
+        if (code.is_none() || (py::isinstance<py::int_>(code) && code.equal(py::int_(0))))
             return {true, {}, {}};
         return {false, {}, Tstring("The script has ended with: ") + textOf(py::str(code))};
     } catch (py::error_already_set& e) {
@@ -211,14 +211,14 @@ TcommandTokens toTokens(const Tsyntax& syntax, const py::args& args, const py::k
 
 py::object call(const Tstring& name, const py::args& args, const py::kwargs& kwargs)
 {
+    if (!isUiThread())
+        raise(name + ": Commands run in the thread of the user interface only.");
     const auto& open = pythonLirnCommands();
     const auto found =
         std::find_if(open.begin(), open.end(), [&](const TiceBaseCmd* each) { return each->name() == name; });
     const Tsyntax* syntax = found == open.end() ? nullptr : (*found)->syntax();
     if (!syntax)
         raise(Tstring::tFormat("There is no command '^1s'.", name));
-    if (!isUiThread())
-        raise(name + ": Commands run in the thread of the user interface only.");
     TiceBaseCmd& command = **found;
     TcommandTokens tokens;
     try {
@@ -328,6 +328,7 @@ TpythonInterpreter* TpythonInterpreter::instance()
                 py::reinterpret_steal<py::object>(PyErr_NewException("lirn.error", PyExc_RuntimeError, nullptr));
             gState->module.attr("error") = gState->error;
             auto sys = py::module_::import("sys");
+            sys.attr("stdin") = py::none(); // a script that waits for a terminal would stop the program
             sys.attr("stdout") = makeStream(false);
             sys.attr("stderr") = makeStream(true);
             updateModule();
@@ -377,7 +378,10 @@ TpythonInterpreter::Toutcome TpythonInterpreter::executeFile(const char* path)
     QFile file(QFile::decodeName(path));
     if (!file.open(QFile::ReadOnly))
         return {false, {}, Tstring::tFormat("Can't read the script '^1s'.", path)};
-    return execute(Tstring(file.readAll().toStdString()), path);
+    QByteArray script = file.readAll();
+    if (script.startsWith("\xef\xbb\xbf"))
+        script.remove(0, 3); // the mark that some editors begin a text with
+    return execute(Tstring(script.toStdString()), path);
 }
 
 void TpythonInterpreter::setOutput(Toutput output)

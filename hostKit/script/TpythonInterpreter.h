@@ -18,7 +18,7 @@
  * @endcode
  *
  * A flag that takes a script is given a callable, or a string of Python. All scripts share one set of global names;
- * lirn is among them. The interpreter takes no setting from the environment. For the thread of the user interface;
+ * lirn is among them. There is no input to read. The interpreter takes no setting from the environment. For the thread of the user interface;
  * nothing here throws. A script may start threads, which can't call commands and whose output comes once the program
  * waits for events.
  */

@@ -34,6 +34,9 @@ public:
     /** The index that stands for no colour: its swatch shows entry 0 and is enabled, all others are disabled. */
     void setInvisibleIndex(int index);
 
+    /** Shows the entry's colour as the colour table has it now; to be called when the table has changed. */
+    void updateCanvas();
+
     QlirnSlider* lirnSlider() const;
 
 public Q_SLOTS:
@@ -44,7 +47,6 @@ public Q_SLOTS:
 
 private:
     void updateRange();
-    void updateCanvas();
 
     QPointer<QlirnSlider> fSlider;
     QPointer<QLabel> fSwatch;

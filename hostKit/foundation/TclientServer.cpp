@@ -8,7 +8,7 @@
 // A message on its way round; rounds nest when a client posts another one.
 struct TclientServer::Tround
 {
-    Tround* fOuter;
+    Tround* fOuter = nullptr;
     bool fServerIsGone = false;
 };
 

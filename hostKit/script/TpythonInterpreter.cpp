@@ -16,6 +16,7 @@
 #include <QThread>
 
 #include <algorithm>
+#include <cstddef>
 #include <cstdio>
 
 namespace py = pybind11;
@@ -100,6 +101,7 @@ class TpythonScript : public Tscript
 {
 public:
     explicit TpythonScript(py::object code) : fCode(std::move(code)) {}
+    // NOLINTNEXTLINE(bugprone-exception-escape): an interpreter that gives no lock leaves nothing to go on with
     ~TpythonScript() override
     {
         const py::gil_scoped_acquire lock;
@@ -243,7 +245,7 @@ void updateModule()
             continue;
         if (py::hasattr(gState->module, functions[i].asChar()))
             py::delattr(gState->module, functions[i].asChar());
-        functions.erase(functions.begin() + i);
+        functions.erase(functions.begin() + static_cast<std::ptrdiff_t>(i));
     }
     for (const TiceBaseCmd* command : open) {
         const Tstring name = command->name();

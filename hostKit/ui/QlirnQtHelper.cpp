@@ -89,10 +89,10 @@ bool QlirnQtHelper::handlePopupMenu(QWidget* widget, QMouseEvent* event)
     return true;
 }
 
-void QlirnQtHelper::setCommandScript(QObject* control, const char* name, TscriptPtr script)
+void QlirnQtHelper::setCommandScript(QObject* control, const char* name, const TscriptPtr& script)
 {
     if (control && name) {
-        control->setProperty(scriptProperty(name), script ? QVariant::fromValue(std::move(script)) : QVariant());
+        control->setProperty(scriptProperty(name), script ? QVariant::fromValue(script) : QVariant());
     }
 }
 
@@ -108,7 +108,7 @@ bool QlirnQtHelper::executeCommandScript(QObject* control, const char* name)
 }
 
 bool QlirnQtHelper::linkControlSignalToScriptAction(QObject* control, const char* signal, const char* name,
-                                                    TscriptPtr script)
+                                                    const TscriptPtr& script)
 {
     if (!control || !signal || !name) {
         return false;
@@ -121,6 +121,6 @@ bool QlirnQtHelper::linkControlSignalToScriptAction(QObject* control, const char
             return false;
         }
     }
-    setCommandScript(control, name, std::move(script));
+    setCommandScript(control, name, script);
     return true;
 }

@@ -49,7 +49,7 @@ public:
      * A control keeps scripts under names such as "dragCommand"; they go with it. */
     ///@{
     /** Attaches a script, in place of an earlier one of the name; null takes it away. */
-    static void setCommandScript(QObject* control, const char* name, TscriptPtr script);
+    static void setCommandScript(QObject* control, const char* name, const TscriptPtr& script);
     /** The script of the name, null when there is none. */
     static TscriptPtr commandScript(const QObject* control, const char* name);
     /** Runs the script of the name; false when there is none or it fails. The script may delete the control. */
@@ -59,6 +59,6 @@ public:
      * @return false when the control has no such signal; then nothing is attached.
      */
     static bool linkControlSignalToScriptAction(QObject* control, const char* signal, const char* name,
-                                                TscriptPtr script);
+                                                const TscriptPtr& script);
     ///@}
 };

@@ -145,7 +145,7 @@ T3dPort::T3dPort(QWidget* parent, const char* name, bool stereo)
     if (!fsSelectBuffer)
         fsSelectBuffer = static_cast<unsigned*>(std::malloc(kSelectBufferSize * sizeof(unsigned)));
     try {
-        setQControl(constructQControl(parent, fCoreProfile, name));
+        setQControl(T3dPort::constructQControl(parent, fCoreProfile, name));
     } catch (...) {
         fsAllPorts.removeItem(this);
         closeWidget();
@@ -450,19 +450,19 @@ bool T3dPort::makeExternalRendererCurrent(bool b)
     return b;
 }
 
-void T3dPort::setRendererString(const Tstring& requested)
+void T3dPort::setRendererString(const Tstring& name)
 {
-    Tstring name = requested;
+    Tstring renderer = name;
     const Tstring override = renderStringOverride();
     if (!override.isEmpty())
-        name = override;
-    if (isGLCoreViewport() && (name == kHardwareRenderer || name == kBaseRenderer))
-        name = kXreRenderer;
-    if (name == fRendererName)
+        renderer = override;
+    if (isGLCoreViewport() && (renderer == kHardwareRenderer || renderer == kBaseRenderer))
+        renderer = kXreRenderer;
+    if (renderer == fRendererName)
         return;
 
-    const TviewportRendererChangedMsg message(this, fRendererName, name);
-    fRendererName = name;
+    const TviewportRendererChangedMsg message(this, fRendererName, renderer);
+    fRendererName = renderer;
     if (isXREViewport() && fContext && fContext->fShadeModel != GL_SMOOTH)
         shadeModelChanged(kShadeSmooth);
     notify(message);

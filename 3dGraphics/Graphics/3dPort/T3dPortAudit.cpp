@@ -246,6 +246,7 @@ Tstring listed(const double* values, int count)
 
 } // namespace
 
+// NOLINTNEXTLINE(cppcoreguidelines-pro-type-member-init): the table gives every row its fields
 struct T3dPortAudit::Row
 {
     const char* fState;

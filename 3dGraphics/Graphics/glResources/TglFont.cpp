@@ -168,9 +168,9 @@ void TglFont::TglFontRef::buildFont(void* display)
     for (unsigned c = fFirst; c < end; ++c) {
         const char text = static_cast<char>(c);
         fWidths[c] = static_cast<std::uint16_t>(std::clamp(XTextWidth(font, &text, 1), 0, 0xFFFF));
-        int direction;
-        int ascent;
-        int descent;
+        int direction = 0;
+        int ascent = 0;
+        int descent = 0;
         XCharStruct overall;
         XTextExtents(font, &text, 1, &direction, &ascent, &descent, &overall);
         fHeight = std::max(fHeight, static_cast<std::uint32_t>(std::max(0, overall.ascent + overall.descent)));

@@ -40,17 +40,17 @@ std::uint8_t byteOf(const std::uint8_t* component, TglPixels::TpixelType type)
 {
     switch (type) {
     case TglPixels::kUnsignedShort: {
-        std::uint16_t value;
+        std::uint16_t value = 0;
         std::memcpy(&value, component, sizeof value);
         return static_cast<std::uint8_t>(value >> 8);
     }
     case TglPixels::kUnsignedInt: {
-        std::uint32_t value;
+        std::uint32_t value = 0;
         std::memcpy(&value, component, sizeof value);
         return static_cast<std::uint8_t>(value >> 24);
     }
     case TglPixels::kFloat: {
-        float value;
+        float value = 0;
         std::memcpy(&value, component, sizeof value);
         return static_cast<std::uint8_t>(value > 0 ? std::min(value, 1.0f) * 255 + 0.5f : 0);
     }

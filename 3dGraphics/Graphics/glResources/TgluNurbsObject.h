@@ -34,6 +34,7 @@ public:
     ~TgluNurbsObject() = default;
     TgluNurbsObject(const TgluNurbsObject&) = delete;
     /** Copies nothing, so that two objects never share a renderer. */
+    // NOLINTNEXTLINE(bugprone-unhandled-self-assignment): nothing is assigned
     TgluNurbsObject& operator=(const TgluNurbsObject&) { return *this; }
 
     void apply() const {}

@@ -278,6 +278,7 @@ bool QlirnGLWidget::event(QEvent* event)
 {
     if (event->type() == QEvent::WinIdChange && fNativeWindow)
         fNativeWindow->followParent();
+    // NOLINTNEXTLINE(bugprone-parent-virtual-call): QGLWidget's would give its own context the new window
     return QWidget::event(event);
 }
 

@@ -85,7 +85,7 @@ QlirnNativeWindow::QlirnNativeWindow(QWidget* widget, const XVisualInfo* visual)
     : fWidget(widget), fDisplay(QX11Info::display()), fVisual(visual ? visual->visual : nullptr),
       fDepth(visual ? visual->depth : 0)
 {
-    if (!fDisplay || !fVisual)
+    if (!fDisplay || !visual || !fVisual)
         return;
     const QWidget* parent = widget->parentWidget();
     const Window above =

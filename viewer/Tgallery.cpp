@@ -113,7 +113,7 @@ QString Tgallery::write(const QString& folder)
     std::vector<QImage> tiles;
     for (const TgalleryItem& item : TgalleryItem::all()) {
         tiles.push_back(picture(item));
-        const QString problem =
+        QString problem =
             writePicture(tiles.back(), target.filePath(QString::fromLatin1(item.fName) + QStringLiteral(".png")));
         if (!problem.isEmpty())
             return problem;

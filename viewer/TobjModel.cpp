@@ -129,7 +129,7 @@ private:
             fText.begin(), fText.end(), [](char c) { return c == '\f' || c == '\v'; }, ' ');
         const std::string_view text(fText);
         std::size_t at = text.find_first_not_of(kBlanks);
-        if (at == text.npos)
+        if (at == std::string_view::npos)
             return;
         const auto nextToken = [&] {
             const std::size_t end = std::min(text.find_first_of(kBlanks, at), text.size());

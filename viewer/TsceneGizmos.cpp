@@ -144,7 +144,7 @@ void TsceneGizmos::drawLamp(T3dPort& port, const TviewCamera& camera, double pix
     port.lineSmoothing(true);
     for (int ray = 0; ray < kRays; ++ray) {
         port.line(1.5f * kRadius, 0, (ray % 2 ? 2.0f : 2.5f) * kRadius, 0);
-        port.rotate(0, 0, 2 * Tangle::kPi / kRays);
+        port.rotate(0, 0, static_cast<float>(2 * Tangle::kPi / kRays));
     }
     port.lineSmoothing(false);
     port.popMatrix();

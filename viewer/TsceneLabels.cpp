@@ -65,7 +65,7 @@ void TsceneLabels::drawMeasures(T3dPort& port, const TviewScene& scene, double p
     const T4dDblVector size = (upper - lower) * (1 / scene.model()->scale());
     const struct
     {
-        double length;
+        double length = 0;
         T4dDblVector at;
     } sides[3] = {{size.x, {centre.x, lower.y, upper.z}},
                   {size.y, {upper.x, centre.y, upper.z}},

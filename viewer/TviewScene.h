@@ -66,7 +66,7 @@ public:
     struct Tsphere
     {
         T4dDblVector fCentre;
-        double fRadius;
+        double fRadius = 0;
     };
     /** One for each object of the model. */
     const std::vector<Tsphere>& spheres() const { return fSpheres; }
@@ -95,8 +95,8 @@ private:
     struct Tgrid
     {
         unsigned fList = 0;
-        int fU;
-        int fV;
+        int fU = 0;
+        int fV = 0;
     };
 
     void prepareLists(T3dPort& port);

@@ -180,7 +180,7 @@ void TviewerWindow::setFourViews(bool four)
 
 QString TviewerWindow::setTexture(const QString& path)
 {
-    const QString problem = fScene.texture().load(path);
+    QString problem = fScene.texture().load(path);
     if (problem.isEmpty()) {
         fStyle.fSurface = TviewScene::kTextured;
         updateAll();

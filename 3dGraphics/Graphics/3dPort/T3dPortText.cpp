@@ -105,7 +105,8 @@ void T3dPort::text(const T4dDblPoint& where, const char* text, TtextPos pos, con
         left -= size.width;
         x -= textSize.width;
     } else if (pos == kCenter) {
-        left -= size.width / 2;
+        const int half = size.width / 2; // whole pixels
+        left -= half;
         x -= static_cast<double>(static_cast<float>(textSize.width) * 0.5f);
     }
     const TportRect box = boxAt(left, at.y, size);
@@ -118,7 +119,8 @@ void T3dPort::text(const T4dDblPoint& where, const char* text, TtextPos pos, con
     if (isGLCoreViewport())
         return;
 
-    const double y = at.y + (size.height - textSize.height) / 2;
+    const int below = (size.height - textSize.height) / 2;
+    const double y = at.y + below;
     const GLenum mode = fContext->fMatrixMode;
     sendMatrixMode(GL_PROJECTION);
     glPushMatrix();

@@ -49,13 +49,13 @@ public:
     }
     int find(const T& item) const
     {
-        unsigned index;
+        unsigned index = 0;
         return find(item, index);
     }
     /** Removes the first element equal to @p item. */
     int remove(const T& item)
     {
-        unsigned index;
+        unsigned index = 0;
         if (find(item, index) != 0)
             return -1;
         shuffle(index, 0, 1);

@@ -79,6 +79,7 @@ private:
 
 TglTextureObject::TglTextureObject() : TglTextureObject(T3dPort::fsMaxTextureSize) {}
 
+// NOLINTNEXTLINE(cppcoreguidelines-pro-type-member-init): init gives all fields their values
 TglTextureObject::TglTextureObject(int maximumSize)
 {
     init(maximumSize);
@@ -353,7 +354,8 @@ bool TglTextureObject::texImageCubeMap(TpixelMap** maps)
 
 void TglTextureObject::setPixelMap(const TsharedPixelMap& map, unsigned index)
 {
-    const TsharedPixelMap kept = map; // which may be an entry of the array that grows
+    // NOLINTNEXTLINE(performance-unnecessary-copy-initialization): map may be an entry of the array that grows
+    const TsharedPixelMap kept = map;
     fPixelMaps.setLength(std::max(fPixelMaps.length(), index + 1));
     if (index >= fPixelMaps.length())
         return;

@@ -24,11 +24,11 @@ private:
 
     struct Solid
     {
-        Tkind fKind;
-        bool fFilled;
+        Tkind fKind = kBox;
+        bool fFilled = false;
         T4dDblPoint fCentre;
-        float fSize;
-        float fHeight;
+        float fSize = 0;
+        float fHeight = 0;
     };
 
     static GLuint listOffset(Tkind kind, bool filled) { return 2 * GLuint(kind) + filled; }

@@ -410,8 +410,8 @@ static void makeWindow(App* app)
 /* The whole window as a portable pixmap; nothing may cover it. */
 static Boolean saveWindow(Widget shell, const char* path)
 {
-    Dimension width;
-    Dimension height;
+    Dimension width = 0;
+    Dimension height = 0;
     XtVaGetValues(shell, XmNwidth, &width, XmNheight, &height, NULL);
     XImage* image = XGetImage(XtDisplay(shell), XtWindow(shell), 0, 0, width, height, AllPlanes, ZPixmap);
     FILE* file = image ? fopen(path, "wb") : NULL;

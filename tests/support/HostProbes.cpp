@@ -77,7 +77,7 @@ std::string OutputCapture::text() const
     std::string text;
     char part[4096];
     // pread leaves the position alone, which the captured descriptor shares.
-    for (ssize_t size; (size = pread(fileno(fFile), part, sizeof(part), static_cast<off_t>(text.size()))) > 0;)
+    for (ssize_t size = 0; (size = pread(fileno(fFile), part, sizeof(part), static_cast<off_t>(text.size()))) > 0;)
         text.append(part, static_cast<std::size_t>(size));
     return text;
 }

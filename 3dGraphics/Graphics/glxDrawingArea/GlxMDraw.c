@@ -369,13 +369,13 @@ static void switchWindow(GlxMDrawWidget w, Boolean isToSecondary)
     }
     p->isSecondaryShown = isToSecondary;
 
-    Window root;
-    int x;
-    int y;
-    unsigned int width;
-    unsigned int height;
-    unsigned int border;
-    unsigned int depth;
+    Window root = 0;
+    int x = 0;
+    int y = 0;
+    unsigned int width = 0;
+    unsigned int height = 0;
+    unsigned int border = 0;
+    unsigned int depth = 0;
     if (!XGetGeometry(display, from, &root, &x, &y, &width, &height, &border, &depth)) {
         warn(w, "SetNewWindow : XGetGeometry failed");
         width = w->core.width;

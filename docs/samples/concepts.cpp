@@ -24,11 +24,11 @@ void drawKnot(T3dPort& port)
             for (int k = 0; k < 2; ++k) {
                 const double t = (i + k) * Tangle::kPi / 120;
                 const double a = j * Tangle::kPi / 9;
-                const double r = 1 + 0.5 * std::cos(3 * t);
-                const T4dDblVector middle(r * std::cos(2 * t), r * std::sin(2 * t), 0.6 * std::sin(3 * t));
+                const double r = 1 + 0.3 * std::cos(3 * t);
+                const T4dDblVector middle(r * std::cos(2 * t), r * std::sin(2 * t), 0.3 * std::sin(3 * t));
                 const T4dDblVector out = T4dDblVector(std::cos(2 * t), std::sin(2 * t), 0) * std::cos(a) +
                                          T4dDblVector(0, 0, 1) * std::sin(a);
-                const T4dDblVector at = middle + out * 0.17;
+                const T4dDblVector at = middle + out * 0.16;
                 glNormal3d(out.x, out.y, out.z);
                 glVertex3d(at.x, at.y, at.z);
             }
@@ -42,7 +42,7 @@ void look(T3dPort& port, const TportColor& background)
     port.clearColor(background);
     port.clear(GL_COLOR_BUFFER_BIT | GL_DEPTH_BUFFER_BIT);
     port.perspective(26, double(port.portRect().width()) / port.portRect().height(), 1, 20);
-    port.polarView(7.2, 20, 50, 0);
+    port.polarView(6.4, 20, 50, 0);
     port.depthTest(true);
 }
 

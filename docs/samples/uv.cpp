@@ -92,8 +92,9 @@ void drawVase(T3dPort& port, const std::vector<Tcorner>& corners)
     port.polarView(6.8, -30, 70, 0);
     port.depthTest(true);
     port.shadeModel(T3dPort::kShadeSmooth);
+    port.setGlobalAmbient(kCwhite);
     port.setLightingModel();
-    port.setDefaultLight(0, T4dDblVector(0.2, -2, 2));
+    port.setDefaultLight(0, T4dDblVector(0.5, -2, 1));
     for (const bool picked : {false, true}) {
         port.setDiffuseColor(picked ? TportColor(0.92f, 0.62f, 0.22f) : TportColor(0.40f, 0.58f, 0.72f));
         port.setCurrentContext();

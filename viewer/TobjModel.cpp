@@ -14,6 +14,7 @@
 #include <fstream>
 #include <istream>
 #include <limits>
+#include <map>
 #include <new>
 #include <streambuf>
 #include <string_view>
@@ -170,6 +171,30 @@ private:
     std::string fReason;
 };
 
+/** Reads the material files that a model names. Only ordinary files: a pipe or a device could go on for ever. */
+class TmaterialFiles : public tinyobj::MaterialReader
+{
+public:
+    explicit TmaterialFiles(const std::filesystem::path& folder) : fFolder(folder) {}
+
+    bool operator()(const std::string& name, std::vector<tinyobj::material_t>* materials,
+                    std::map<std::string, int>* indices, std::string* warning, std::string* error) override
+    {
+        const std::filesystem::path path = fFolder / name;
+        std::error_code failure;
+        std::ifstream file;
+        if (std::filesystem::is_regular_file(path, failure))
+            file.open(path, std::ios::binary);
+        if (!file.is_open())
+            return false;
+        tinyobj::LoadMtl(indices, materials, &file, warning, error);
+        return true;
+    }
+
+private:
+    const std::filesystem::path fFolder; ///< that names start from
+};
+
 /** Takes in what the parser finds. */
 struct TmeshReader
 {
@@ -283,7 +308,7 @@ bool readMesh(std::istream& file, const std::filesystem::path& folder, std::uint
 {
     TcheckedLines lines(file, size, progress);
     TmeshReader reader{lines, folder, {}};
-    tinyobj::MaterialFileReader materials(folder.empty() ? std::string() : (folder / "").string());
+    TmaterialFiles materials(folder);
     tinyobj::callback_t callbacks;
     callbacks.vertex_cb = &TmeshReader::onVertex;
     callbacks.normal_cb = &TmeshReader::onNormal;

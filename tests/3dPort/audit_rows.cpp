@@ -131,6 +131,7 @@ INSTANTIATE_TEST_SUITE_P(CoreProfile, AuditRows, testing::Bool());
 
 TEST(AuditTrace, ALineForEachDifferenceAfterAPaint)
 {
+    const ScopedEnv noMatrices("LIRN_DEBUG_Q3DPORT_MATRICES", nullptr);
     const ScopedEnv on("LIRN_DEBUG_Q3DPORT_STATE", "");
     PortWindow<> window(40, 30);
     ASSERT_TRUE(window.show());

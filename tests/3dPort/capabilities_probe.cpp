@@ -6,8 +6,10 @@
 #include "Graphics/3dPort/T3dPortOpenGLInfo.h"
 #include "foundation/TstringResource.h"
 
-#include <algorithm>
 #include <gtest/gtest.h>
+
+#include <algorithm>
+#include <list>
 
 namespace {
 
@@ -38,9 +40,12 @@ std::uint64_t bind(const Row& row)
     GlRecorder::setString(GL_EXTENSIONS, row.extensions);
     if (row.missing)
         GlRecorder::failNext("glXGetProcAddressARB", row.missing);
-    std::unique_ptr<ScopedEnv> environment;
+    std::list<ScopedEnv> environment;
+    for (const char* variable : {"LIRN_CLAMP_TEXTURES_TO_EDGE", "LIRN_SGIS_GENERATE_MIPMAP_OFF",
+                                 "LIRN_NON_POWER_TWO_ON", "LIRN_ENABLE_DRAW_RANGE_ELEMENTS"})
+        environment.emplace_back(variable, nullptr);
     if (row.variable)
-        environment = std::make_unique<ScopedEnv>(row.variable, row.value);
+        environment.emplace_back(row.variable, row.value);
     constexpr std::uint64_t kOthers = 0x4 | 0x200 | 0x400 | 0x10000000 | 0x20000000;
     T3dPort::fsGraphicsFlags = TbitField64(kOthers);
     T3dPortProbe::setCanLookUpEntryPoints(row.lookUp);

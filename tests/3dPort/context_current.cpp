@@ -79,6 +79,7 @@ TEST(CurrentPort, FindsBackAfterOthersHaveSwitchedContexts)
 
 TEST(CurrentPort, TracesItsSwitches)
 {
+    const ScopedEnv noMatrices("LIRN_DEBUG_Q3DPORT_MATRICES", nullptr);
     const ScopedEnv debug("LIRN_DEBUG_Q3DPORTS", "");
     PortWindow<> made(60, 40);
     PortWindow<> other(60, 40);

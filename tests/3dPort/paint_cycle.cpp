@@ -43,6 +43,8 @@ const std::vector<std::string> kReadDepths = {
 
 TEST(PortPaint, FirstPaintSizesThePortAndDraws)
 {
+    const ScopedEnv noAudit("LIRN_DEBUG_Q3DPORT_STATE", nullptr);
+    const ScopedEnv viewportOnlyWhenItChanges("LIRN_FORCE_VP_SIZE", nullptr);
     const PortWindow<> keepsTheResourceWidget(60, 40);
     for (const Buffering buffering : {Buffering::kSingle, Buffering::kDouble}) {
         PortWindow<HookedPort> made(60, 40, buffering);
@@ -136,6 +138,7 @@ TEST(PortPaint, SwapsOrFlushes)
 
 TEST(PortPaint, TracesItsRectangle)
 {
+    const ScopedEnv noMatrices("LIRN_DEBUG_Q3DPORT_MATRICES", nullptr);
     const ScopedEnv debug("LIRN_DEBUG_Q3DPORTS", "");
     PortWindow<> made(60, 40);
     made.port().qControl()->setGeometry(7, 9, 50, 30);

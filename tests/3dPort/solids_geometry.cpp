@@ -183,6 +183,8 @@ using Solids = Shapes;
 
 TEST_F(Solids, AreCompiledOnceAndThenCalled)
 {
+    if (T3dPort::fsDepreciateFixedFunction)
+        GTEST_SKIP() << "boxes and circles come from vertex arrays, not from lists";
     std::vector<SentPrimitive> (*const wanted[])(bool) = {
         wantedCircle, wantedBox, wantedCone, wantedSphere, wantedCylinder, wantedOctahedron, wantedTetrahedron};
     static_assert(std::size(wanted) == std::size(kListedShapes));
@@ -250,6 +252,8 @@ TEST_F(Solids, OutlineConeDrawsTheConeAndThenLines)
 // By counting alone, whatever the tables above say.
 TEST_F(Solids, FilledOnesAreClosed)
 {
+    if (T3dPort::fsDepreciateFixedFunction)
+        GTEST_SKIP() << "boxes and circles come from vertex arrays, not from lists";
     const struct
     {
         const char* name;

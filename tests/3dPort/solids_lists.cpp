@@ -67,6 +67,8 @@ TEST_F(SolidLists, LeaveStateAlone)
 
 TEST_F(SolidLists, FirstUseInsideOfAnothersListNestsNothing)
 {
+    if (T3dPort::fsDepreciateFixedFunction)
+        GTEST_SKIP() << "boxes and circles come from vertex arrays, not from lists";
     for (const ListedShape& shape : kListedShapes) {
         SCOPED_TRACE(shape.name);
         TglDisplayList hosts;
@@ -90,6 +92,8 @@ TEST_F(SolidLists, FirstUseInsideOfAnothersListNestsNothing)
 
 TEST_F(SolidLists, SurviveThePortThatMadeThem)
 {
+    if (T3dPort::fsDepreciateFixedFunction)
+        GTEST_SKIP() << "boxes and circles come from vertex arrays, not from lists";
     auto maker = std::make_unique<PortWindow<>>(kSize, kSize);
     ASSERT_TRUE(maker->show());
     for (const Draw& draw : allShapes())

@@ -140,6 +140,7 @@ TEST(GlxVisual, EachFailedSearchDropsTheNextRequirement)
 
 TEST(GlxVisual, NoneAtAllGivesAQuietPortWithoutContext)
 {
+    const ScopedEnv noMatrices("LIRN_DEBUG_Q3DPORT_MATRICES", nullptr);
     ASSERT_TRUE(Q3dPort::resourceWidget());
     StderrCapture err;
     ErrorCollector errors;

@@ -17,6 +17,8 @@ namespace {
 
 GLenum formatOf(const TpixelMap& map)
 {
+    if (map.channels() == 3)
+        return map.isRgba() ? GL_RGB : GL_BGR;
     return map.isRgba() ? GL_RGBA : GL_BGRA;
 }
 

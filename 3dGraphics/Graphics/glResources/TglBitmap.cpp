@@ -10,9 +10,14 @@
 #include <X11/Xlib.h>
 #include <X11/xpm.h>
 
+#include <algorithm>
 #include <climits>
 #include <cstring>
+#include <fstream>
+#include <iterator>
 #include <optional>
+#include <sstream>
+#include <string>
 
 namespace {
 
@@ -37,12 +42,51 @@ TmtCriticalSection& loading()
     return section;
 }
 
+/** The text of an XPM file after its comments: up to "*" and "/", or the rest of a line. */
+std::size_t afterComments(const std::string& text, std::size_t at, bool inLines)
+{
+    const char* const begin = inLines ? "!" : "/*";
+    const char* const end = inLines ? "\n" : "*/";
+    for (;;) {
+        at = std::min(text.find_first_not_of(" \t\r\n", at), text.size());
+        if (text.compare(at, std::strlen(begin), begin) != 0)
+            return at;
+        at = std::min(text.find(end, at + 1), text.size());
+        at = std::min(at + std::strlen(end), text.size());
+    }
+}
+
+/**
+ * Whether a file is long enough for the pixels and colours that its head announces. Asked first, as libXpm takes memory
+ * for all of them before it reads one.
+ */
+bool canHoldWhatItAnnounces(const Tstring& path)
+{
+    std::ifstream file(path.asChar(), std::ios::binary);
+    const std::string text{std::istreambuf_iterator<char>(file), {}};
+    const bool inLines = text.compare(0, 1, "!") == 0; // the format without quotes
+    std::size_t at = afterComments(text, 0, inLines);
+    while (!inLines && at < text.size() && text[at] != '"')
+        at = afterComments(text, at + 1, false);
+    std::uint64_t announced[4] = {}; // width, height, colours, characters per pixel
+    std::istringstream head(text.substr(std::min(at + (inLines ? 0 : 1), text.size()), 100));
+    for (std::uint64_t& number : announced)
+        head >> number;
+    const std::uint64_t size = text.size();
+    for (const std::uint64_t number : announced)
+        if (number > size)
+            return false;
+    return announced[0] * announced[1] <= size; // both are below 2^32 where this is
+}
+
 /** An XPM file as an image of depth 1. */
 class XpmFile
 {
 public:
     XpmFile(const TapplicationShell& shell, const Tstring& path)
     {
+        if (!canHoldWhatItAnnounces(path))
+            return;
         Display* const display = shell.display();
         fAttributes.valuemask = XpmVisual | XpmColormap | XpmDepth;
         fAttributes.visual = DefaultVisual(display, shell.screen());

@@ -4,6 +4,7 @@
 #include "support/T3dPortProbe.h"
 
 #include "Graphics/3dPort/T3dPortOpenGLInfo.h"
+#include "foundation/LirnGetEnv.h"
 #include "foundation/TstringResource.h"
 
 #include <gtest/gtest.h>
@@ -99,6 +100,14 @@ TEST(Capabilities, FollowFromExtensionsVersionAndEnvironment)
         const std::uint64_t flags = bind(row);
         EXPECT_EQ(flags, row.flags) << std::hex << flags << " wanted " << row.flags;
     }
+}
+
+TEST(Capabilities, AreAsTheMaskSays)
+{
+    const PortWindow<> made(60, 40);
+    EXPECT_EQ(T3dPort::fsHasMultiTexture, !LirnGetEnv("TEST_GL_VERSION"));
+    EXPECT_EQ(T3dPort::fsDepreciateFixedFunction, LirnGetEnv("LIRN_DEPRECIATE_FIXED_FUNCTION") != nullptr);
+    EXPECT_FALSE(T3dPort::haveGenerateMipmap() && LirnGetEnv("LIRN_SGIS_GENERATE_MIPMAP_OFF"));
 }
 
 TEST(GlErrors, AreReadOneByOneWithTheirTexts)

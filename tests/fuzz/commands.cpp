@@ -14,7 +14,7 @@ extern "C" int LLVMFuzzerInitialize(int* argc, char*** argv)
 {
     setenv("QT_QPA_PLATFORM", "offscreen", 1);
     new QApplication(*argc, *argv);
-    TerrorHandler::install(nullptr);
+    [[maybe_unused]] static TerrorHandler* const printing = TerrorHandler::install(nullptr);
     return 0;
 }
 

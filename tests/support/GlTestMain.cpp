@@ -5,6 +5,7 @@
 
 #include <gtest/gtest.h>
 
+#include <GL/gl.h>
 #include <X11/Xlib.h>
 
 #include <cstdio>

@@ -1,5 +1,7 @@
 #include "TcommandLine.h"
 
+#include "Tscripting.h"
+
 #include <QCommandLineParser>
 #include <QCoreApplication>
 #include <QRegularExpression>
@@ -65,6 +67,12 @@ TcommandLine TcommandLine::parse(const QStringList& arguments)
     const QCommandLineOption hud(QStringLiteral("hud"), QStringLiteral("Start with renderer, time and counts shown."));
     parser.addOptions({snapshot, gallery, size, shading, texture, surface, filter, ghosted, xray, edges, lamp, marks,
                        labels, hud, views, uvs});
+    const QCommandLineOption script(
+        QStringLiteral("script"),
+        QStringLiteral("Run Python when the model is there, before the picture of --snapshot."),
+        QStringLiteral("FILE.py"));
+    if (hasPython())
+        parser.addOption(script);
     for (const char* name : {"platform", "display", "style"}) {
         QCommandLineOption option(QString::fromLatin1(name), QString(), QStringLiteral("name"));
         option.setFlags(QCommandLineOption::HiddenFromHelp);
@@ -102,11 +110,17 @@ TcommandLine TcommandLine::parse(const QStringList& arguments)
     if (parser.isSet(snapshot) && line.fSnapshot.isEmpty())
         return failed(QStringLiteral("--snapshot needs the name of a file."));
 
+    if (hasPython()) {
+        line.fScript = parser.value(script);
+        if (parser.isSet(script) && line.fScript.isEmpty())
+            return failed(QStringLiteral("--script needs the name of a file."));
+    }
+
     line.fGallery = parser.value(gallery);
     if (parser.isSet(gallery) && line.fGallery.isEmpty())
         return failed(QStringLiteral("--gallery needs the name of a folder."));
-    if (parser.isSet(gallery) && (parser.isSet(snapshot) || !models.isEmpty()))
-        return failed(QStringLiteral("--gallery draws scenes of its own, without a model and --snapshot."));
+    if (parser.isSet(gallery) && (parser.isSet(snapshot) || !line.fScript.isEmpty() || !models.isEmpty()))
+        return failed(QStringLiteral("--gallery draws scenes of its own, without a model, --snapshot and --script."));
 
     if (parser.isSet(size)) {
         line.fSize = parsedSize(parser.value(size));

@@ -25,6 +25,7 @@ struct TcommandLine
     QString fModel;    ///< empty for the built-in scene
     QString fSnapshot; ///< the picture to write; empty for a window
     QString fTexture;  ///< the picture on the model; empty for the material's
+    QString fScript;   ///< the Python to run once the model is there; empty for none
     QString fGallery;  ///< the folder to fill with pictures; empty for a window
     QSize fSize{960, 720};
     TviewScene::Tstyle fStyle;

@@ -30,21 +30,6 @@ constexpr int kWheelButton = 1024;
 constexpr double kDollyPerWheelUnit = 1.0 / 1000; // a notch is 120 units
 constexpr double kDollyPerHeight = 3;             // of the exponent
 
-const char* nameOf(TviewCamera::Tprojection projection)
-{
-    switch (projection) {
-    case TviewCamera::kPerspective:
-        return "perspective";
-    case TviewCamera::kTop:
-        return "top";
-    case TviewCamera::kFront:
-        return "front";
-    case TviewCamera::kSide:
-        return "side";
-    }
-    return "";
-}
-
 std::unique_ptr<TinteractivePort> makePort(QWidget* parent, const char* name)
 {
     TresourceMap::Set(name, "saFrameBufferMode", "double");
@@ -86,7 +71,7 @@ Tview::Tview(QWidget* parent, TviewCamera::Tprojection projection, TviewScene& s
           if (fPointerHook)
               fPointerHook(false);
       }),
-      fPort(makePort(parent, nameOf(projection)))
+      fPort(makePort(parent, TviewCamera::nameOf(projection)))
 {
     fPort->fGeometryStats = &fStatistics;
     fPort->enableGeometryStats(true);
@@ -106,7 +91,7 @@ Tview::~Tview() = default;
 
 const char* Tview::name() const
 {
-    return nameOf(fCamera.projection());
+    return TviewCamera::nameOf(fCamera.projection());
 }
 
 T3dPort& Tview::port()
@@ -141,14 +126,29 @@ void Tview::update()
         canvas->update();
 }
 
-QImage Tview::picture(const QSize& size)
+void Tview::setCamera(const TviewCamera& camera)
 {
+    fCamera = camera;
+    setLabelled(!fLabel.isNull());
+    update();
+}
+
+QImage Tview::picture(const QSize& size, bool framed)
+{
+    if (framed)
+        frame();
+    const TviewCamera camera = fCamera;
     // A port's first paint comes before the picture, at a size of its own. The request to frame is for the picture.
     const bool framePending = fFramePending;
     if (fPort->portFlags().test(T3dPort::kPortFirstPaintPending))
         fPort->renderToPixmap(1, 1);
     fFramePending = framePending;
-    return drawnPicture(*fPort, size);
+    const QImage image = drawnPicture(*fPort, size);
+    if (!framed) {
+        fCamera = camera;
+        fFramePending = framePending;
+    }
+    return image;
 }
 
 void Tview::draw()

@@ -33,12 +33,13 @@ public:
     Tview& operator=(const Tview&) = delete;
 
     const TviewCamera& camera() const { return fCamera; }
+    void setCamera(const TviewCamera& camera);
     T3dPort& port();
     /** Loads the camera into the port, for picking and mapping between two paintings. */
     void loadCamera();
     /** Device pixels for each of Qt's. */
     double pixelRatio() const;
-    /** "perspective", "top", "front" or "side". */
+    /** That of the camera's projection. */
     const char* name() const;
     /** The widget to put into a layout, a panel of the program; null without a display that has GLX. */
     QWidget* widget() const;
@@ -66,8 +67,11 @@ public:
     void endDrawingOver();
     /** Adds what the view shows on the screen to @p picture, at @p at; false when the port can't tell. */
     bool addShown(QImage& picture, const QPoint& at);
-    /** The view drawn at @p size in device pixels, whatever the widget's; null on failure. */
-    QImage picture(const QSize& size);
+    /**
+     * The view drawn at @p size in device pixels, whatever the widget's; null on failure. The camera stays, unless
+     * @p framed asks for the whole scene.
+     */
+    QImage picture(const QSize& size, bool framed);
 
 private:
     enum Tmotion { kNoMotion, kTumble, kTrack, kDolly, kTool, kBrush };

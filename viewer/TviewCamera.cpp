@@ -40,6 +40,21 @@ TviewCamera::TviewCamera(Tprojection projection) : fProjection(projection)
     }
 }
 
+const char* TviewCamera::nameOf(Tprojection projection)
+{
+    switch (projection) {
+    case kPerspective:
+        return "perspective";
+    case kTop:
+        return "top";
+    case kFront:
+        return "front";
+    case kSide:
+        return "side";
+    }
+    return "";
+}
+
 T4dDblVector TviewCamera::eye() const
 {
     const T4dDblMatrix m = orientation();

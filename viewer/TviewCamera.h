@@ -18,6 +18,9 @@ public:
 
     explicit TviewCamera(Tprojection projection);
 
+    /** "perspective", "top", "front" or "side". */
+    static const char* nameOf(Tprojection projection);
+
     Tprojection projection() const { return fProjection; }
     bool isPerspective() const { return fProjection == kPerspective; }
     const T4dDblVector& centre() const { return fCentre; }

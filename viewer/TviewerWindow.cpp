@@ -1,6 +1,9 @@
 #include "TviewerWindow.h"
 
+#include "TcontrolPanel.h"
+#include "TscriptConsole.h"
 #include "TuvView.h"
+#include "TviewportCmd.h"
 #include "pictures.h"
 #include "ui/QlirnPaneLayout.h"
 
@@ -27,6 +30,7 @@ namespace {
 
 constexpr int kProgressInterval = 40; // milliseconds
 constexpr int kMessageTime = 5000;
+constexpr int kConsoleHeight = 190;
 constexpr TviewCamera::Tprojection kProjections[] = {TviewCamera::kPerspective, TviewCamera::kTop, TviewCamera::kFront,
                                                      TviewCamera::kSide};
 
@@ -39,7 +43,9 @@ QColor gapColour()
 
 TviewerWindow::TviewerWindow(const QSize& size, const TviewScene::Tstyle& style, bool fourViews)
     : fSize(size), fStyle(style), fArea(new QWidget(this)), fPanes(new QlirnPaneLayout(fArea)), fModelLabel(new QLabel),
-      fCountLabel(new QLabel), fPickLabel(new QLabel), fViewLabel(new QLabel), fProgressBar(new QProgressBar)
+      fCountLabel(new QLabel), fPickLabel(new QLabel), fViewLabel(new QLabel), fProgressBar(new QProgressBar),
+      fConsole(new TscriptConsole), fConsoleDock(new QDockWidget(tr("Console"), this)),
+      fControls(new TcontrolPanel(this))
 {
     setWindowTitle(QStringLiteral("portview"));
     setFocusPolicy(Qt::StrongFocus);
@@ -72,6 +78,9 @@ TviewerWindow::TviewerWindow(const QSize& size, const TviewScene::Tstyle& style,
     });
     addView(TviewCamera::kPerspective);
     setFourViews(fourViews);
+    makeConsole();
+    addDockWidget(Qt::LeftDockWidgetArea, fControls);
+    TviewportCmd::setWindow(this);
 
     const double ratio = devicePixelRatioF();
     QSize wanted(static_cast<int>(std::ceil(size.width() / ratio)), static_cast<int>(std::ceil(size.height() / ratio)));
@@ -153,8 +162,8 @@ void TviewerWindow::addView(TviewCamera::Tprojection projection)
 {
     auto view = std::make_unique<Tview>(fArea, projection, fScene, fStyle, fTool, fBrush);
     view->setPaintedHook([this] { updateAll(); });
-    view->setPointerHook([this, name = view->name()](bool inside) {
-        fViewLabel->setText(inside ? QString::fromLatin1(name) : QString());
+    view->setPointerHook([this, shown = view.get()](bool inside) {
+        fViewLabel->setText(inside ? QString::fromLatin1(shown->name()) : QString());
     });
     view->setDrawnHook([this, drawn = view.get()] { showCounts(drawn->statistics()); });
     fPanes->addPane(view->widget());
@@ -258,6 +267,39 @@ void TviewerWindow::makeUvPanel()
     fUvView->takeModel();
 }
 
+void TviewerWindow::makeConsole()
+{
+    fConsoleDock->setWidget(fConsole);
+    addDockWidget(Qt::BottomDockWidgetArea, fConsoleDock);
+    resizeDocks({fConsoleDock}, {kConsoleHeight}, Qt::Vertical);
+    fConsoleDock->hide();
+    connect(fConsole, &TscriptConsole::left, this, [this] { setShowsConsole(false); });
+    connect(fConsole, &TscriptConsole::reported, this, [this](const QString& message) {
+        if (!showsConsole())
+            statusBar()->showMessage(tr("%1 (` shows the console)").arg(message), kMessageTime);
+    });
+}
+
+bool TviewerWindow::showsConsole() const
+{
+    return !fConsoleDock->isHidden();
+}
+
+void TviewerWindow::setShowsConsole(bool shows)
+{
+    fConsoleDock->setVisible(shows);
+    if (shows)
+        fConsole->takeFocus();
+    else
+        setFocus();
+}
+
+void TviewerWindow::runScript(const QString& path)
+{
+    if (!fConsole->runFile(path))
+        setShowsConsole(true);
+}
+
 void TviewerWindow::setStyle(const TviewScene::Tstyle& style)
 {
     fStyle = style;
@@ -283,10 +325,10 @@ void TviewerWindow::updateAll()
 QImage TviewerWindow::picture()
 {
     if (!fShowsUvs)
-        return viewsPicture(fSize);
+        return viewsPicture(fSize, true);
     const int gap = std::max(1, static_cast<int>(std::lround(fPanes->spacing() * devicePixelRatioF())));
     const int left = std::max(1, (fSize.width() - gap) * 3 / 5);
-    const QImage views = viewsPicture(QSize(left, fSize.height()));
+    const QImage views = viewsPicture(QSize(left, fSize.height()), true);
     const QImage layout = fUvView->picture(QSize(std::max(1, fSize.width() - gap - left), fSize.height()));
     if (views.isNull() || layout.isNull())
         return QImage();
@@ -298,7 +340,7 @@ QImage TviewerWindow::picture()
     return image;
 }
 
-QImage TviewerWindow::viewsPicture(const QSize& size)
+QImage TviewerWindow::viewsPicture(const QSize& size, bool framed)
 {
     const int shown = hasFourViews() ? 4 : 1;
     const int gap =
@@ -316,8 +358,7 @@ QImage TviewerWindow::viewsPicture(const QSize& size)
         const int width = spanOf(i % 2, size.width(), at.rx());
         const int height = spanOf(i / 2, size.height(), at.ry());
         Tview& view = *fViews[static_cast<std::size_t>(i)];
-        view.frame();
-        const QImage part = view.picture(QSize(width, height));
+        const QImage part = view.picture(QSize(width, height), framed);
         if (part.isNull())
             return QImage();
         painter.drawImage(at, part);
@@ -415,6 +456,8 @@ void TviewerWindow::showKeys()
            "<tr><td><b>c</b></td><td>the next colour of the wire</td></tr>"
            "<tr><td><b>p</b></td><td>save what is on the screen</td></tr>"
            "<tr><td><b>u</b></td><td>the texture coordinates</td></tr>"
+           "<tr><td><b>k</b></td><td>the controls that scripts have made</td></tr>"
+           "<tr><td><b>`</b></td><td>the script console</td></tr>"
            "<tr><td><b>space</b></td><td>one view, four views</td></tr>"
            "<tr><td><b>h, F1</b></td><td>this table</td></tr>"
            "<tr><td><b>Esc</b></td><td>pick nothing; then quit</td></tr>"
@@ -490,6 +533,12 @@ void TviewerWindow::keyPressEvent(QKeyEvent* event)
         return;
     case Qt::Key_U:
         setShowsUvs(!showsUvs());
+        return;
+    case Qt::Key_K:
+        fControls->setVisible(fControls->isHidden());
+        return;
+    case Qt::Key_QuoteLeft:
+        setShowsConsole(!showsConsole());
         return;
     case Qt::Key_R:
         fTool.setWay(fTool.way() == Tpicker::kSelection ? Tpicker::kRasterization : Tpicker::kSelection);

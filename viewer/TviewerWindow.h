@@ -16,7 +16,9 @@
 class QDockWidget;
 class QLabel;
 class QlirnPaneLayout;
+class TcontrolPanel;
 class QProgressBar;
+class TscriptConsole;
 class TuvView;
 
 /** The window of portview: one view or four of a model, and a status bar. */
@@ -33,6 +35,12 @@ public:
     void open(const QString& path);
     /** Shows the built-in scene; opened() follows at once. */
     void openBuiltIn();
+
+    /** Runs a file of Python; the console shows itself with what went wrong. */
+    void runScript(const QString& path);
+    bool showsConsole() const;
+    void setShowsConsole(bool shows);
+    TscriptConsole& console() { return *fConsole; }
 
     bool isLoading() const { return fLoader.joinable(); }
     bool hasFourViews() const;
@@ -52,6 +60,14 @@ public:
     QImage shown();
     /** The view area, and the panel of texture coordinates if it is shown, drawn at its size in device pixels as it was asked for; null on failure. */
     QImage picture();
+    /** The size that was asked for, in device pixels. */
+    QSize pictureSize() const { return fSize; }
+    /** The views as their cameras stand, drawn at @p size in device pixels; null on failure. */
+    QImage shownViews(const QSize& size) { return viewsPicture(size, false); }
+    /** The only one, unless there are four. */
+    Tview& firstView() { return *fViews.front(); }
+    /** Lets every camera see what is selected, or else everything. */
+    void frameAll();
 
 Q_SIGNALS:
     void opened();
@@ -62,12 +78,12 @@ protected:
 
 private:
     void makeUvPanel();
-    QImage viewsPicture(const QSize& size);
+    void makeConsole();
+    QImage viewsPicture(const QSize& size, bool framed);
     void addView(TviewCamera::Tprojection projection);
     void show(std::shared_ptr<const TobjModel> model, const QString& name);
     void loaded(std::shared_ptr<const TobjModel> model, const QString& path, const QString& reason);
     void stopLoading();
-    void frameAll();
     void updateAll();
     void showCounts(const T3dPortGeometryStats& counted);
     void setBrush(bool on);
@@ -91,6 +107,9 @@ private:
     QDockWidget* fUvDock = nullptr; ///< made when first shown
     std::unique_ptr<TuvView> fUvView;
     bool fShowsUvs = false;
+    TscriptConsole* fConsole;
+    QDockWidget* fConsoleDock;
+    TcontrolPanel* fControls;
 
     std::thread fLoader;
     TloadProgress fProgress;

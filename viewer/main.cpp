@@ -1,6 +1,7 @@
 #include "QtExtensions/Q3dPort.h"
 #include "TcommandLine.h"
 #include "Tgallery.h"
+#include "Tscripting.h"
 #include "TviewerWindow.h"
 #include "pictures.h"
 
@@ -47,8 +48,24 @@ int concluded(const QString& problem)
     return problem.isEmpty() ? 0 : complain(problem);
 }
 
+/** Draws the picture of --snapshot, after the script. */
+int snapshotStatus(TviewerWindow& window, const TcommandLine& line)
+{
+    if (!line.fScript.isEmpty()) {
+        const TscriptOutcome outcome = runScriptFile(line.fScript);
+        if (!outcome.ok)
+            return complain(QStringLiteral("the script %1 failed.\n%2").arg(line.fScript, outcome.error));
+    }
+    return concluded(writePicture(window.picture(), line.fSnapshot));
+}
+
 int runWindow(const TcommandLine& line)
 {
+    if (!line.fScript.isEmpty()) {
+        const QString problem = scriptFileProblem(line.fScript);
+        if (!problem.isEmpty())
+            return complain(QStringLiteral("cannot read %1: %2.").arg(line.fScript, problem));
+    }
     TviewerWindow window(line.fSize, line.fStyle, line.fFourViews);
     if (!line.fTexture.isEmpty()) {
         const QString problem = window.setTexture(line.fTexture);
@@ -64,9 +81,11 @@ int runWindow(const TcommandLine& line)
     });
     if (!line.fSnapshot.isEmpty()) {
         QObject::connect(&window, &TviewerWindow::opened,
-                         [&] { QCoreApplication::exit(concluded(writePicture(window.picture(), line.fSnapshot))); });
+                         [&] { QCoreApplication::exit(snapshotStatus(window, line)); });
     } else {
         window.QWidget::show();
+        if (!line.fScript.isEmpty())
+            QObject::connect(&window, &TviewerWindow::opened, [&] { window.runScript(line.fScript); });
     }
     QTimer::singleShot(0, &window, [&] {
         if (line.fModel.isEmpty())

@@ -35,6 +35,10 @@ TEST(TcommandLine, SaysWhatIsWrong)
         {"portview --texture=", "--texture"},
         {"portview --gallery=", "--gallery"},
         {"portview --gallery a b.obj", "--gallery"},
+#ifdef PORTVIEW_PYTHON
+        {"portview --script=", "--script"},
+        {"portview --gallery a --script b.py", "--script"},
+#endif
     };
     for (const auto& each : cases) {
         const TcommandLine line = parsed(each.arguments);

@@ -205,6 +205,29 @@ TEST_F(Portview, GalleryHasAPictureOfEverything)
     }
 }
 
+#ifdef PORTVIEW_PYTHON
+TEST_F(Portview, ScriptsRunBeforeTheSnapshot)
+{
+    const QString box = write("box.obj", QByteArray(kBoxCorners) + kBoxFaces);
+    const QStringList size{QStringLiteral("--size"), QStringLiteral("240x180")};
+    const QString script = write("top.py", "from lirn import viewport\nviewport(shading='wire', tumble=(30, 10))\n"
+                                           "assert viewport(q=True, camera=True) == 'perspective'\n"
+                                           "viewport(camera='top', edges=True)\n");
+    const QImage wire = picture(box, size + QStringList{"--shading", "wire"});
+    const QImage scripted = picture(box, size + QStringList{"--script", script});
+    EXPECT_GT(differingPixels(wire, scripted), 100);
+
+    const QString failing = write("failing.py", "print('so far')\nlirn.viewport(camera='below')\n");
+    QFile::remove(path("out.png"));
+    const Tresult result = run({box, "--snapshot", path("out.png"), "--script", failing}, auditing());
+    EXPECT_EQ(result.status, 1);
+    EXPECT_EQ(result.output.toStdString(), "so far\n");
+    EXPECT_TRUE(result.complaint.startsWith(QStringLiteral("portview: the script %1 failed.\n").arg(failing)));
+    EXPECT_TRUE(result.complaint.contains("perspective, top, front, side, not \"below\""));
+    EXPECT_FALSE(QFile::exists(path("out.png")));
+}
+#endif
+
 TEST_F(Portview, FailuresAreOneSentenceAndStatus1)
 {
     const QProcessEnvironment normal = QProcessEnvironment::systemEnvironment();
@@ -228,6 +251,12 @@ TEST_F(Portview, FailuresAreOneSentenceAndStatus1)
         {{broken},
          normal,
          QStringLiteral("portview: cannot open %1: line 9: the index in \"99999999999\" is too large.\n").arg(broken)},
+#ifdef PORTVIEW_PYTHON
+        {{"--script", "/nowhere/a.py"},
+         normal,
+         QStringLiteral("portview: cannot read /nowhere/a.py: No such file or directory.\n")},
+        {{"--script", "/tmp"}, normal, QStringLiteral("portview: cannot read /tmp: Is a directory.\n")},
+#endif
         {{"--snapshot", "/nowhere/out.png"},
          normal,
          QStringLiteral("portview: cannot write /nowhere/out.png: No such file or directory.\n")},

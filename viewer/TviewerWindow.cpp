@@ -457,7 +457,7 @@ void TviewerWindow::showKeys()
            "<tr><td><b>p</b></td><td>save what is on the screen</td></tr>"
            "<tr><td><b>u</b></td><td>the texture coordinates</td></tr>"
            "<tr><td><b>k</b></td><td>the controls that scripts have made</td></tr>"
-           "<tr><td><b>`</b></td><td>the script console</td></tr>"
+           "<tr><td><b>`, F2</b></td><td>the script console</td></tr>"
            "<tr><td><b>space</b></td><td>one view, four views</td></tr>"
            "<tr><td><b>h, F1</b></td><td>this table</td></tr>"
            "<tr><td><b>Esc</b></td><td>pick nothing; then quit</td></tr>"
@@ -538,6 +538,7 @@ void TviewerWindow::keyPressEvent(QKeyEvent* event)
         fControls->setVisible(fControls->isHidden());
         return;
     case Qt::Key_QuoteLeft:
+    case Qt::Key_F2: // there are keyboards on which the other only makes accents
         setShowsConsole(!showsConsole());
         return;
     case Qt::Key_R:

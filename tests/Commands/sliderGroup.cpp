@@ -1,10 +1,9 @@
 // The slider group's widget: its range, its swatch, and the user's hand on it.
 
 #include "Commands/Doors.h"
+#include "support/SliderHandle.h"
 
 #include <QKeyEvent>
-#include <QStyle>
-#include <QStyleOptionSlider>
 #include <QWindow>
 #include <QX11Info>
 
@@ -58,18 +57,7 @@ protected:
         auto* group = find<QlirnColorIndexSliderGrp>("wire");
         return group ? group->lirnSlider() : nullptr;
     }
-    /** The middle of the handle when the slider has the value, on the screen. */
-    QPoint handleAt(int value)
-    {
-        QStyleOptionSlider option;
-        option.initFrom(slider());
-        option.orientation = Qt::Horizontal;
-        option.minimum = slider()->minimum();
-        option.maximum = slider()->maximum();
-        option.sliderPosition = option.sliderValue = value;
-        return slider()->mapToGlobal(
-            slider()->style()->subControlRect(QStyle::CC_Slider, &option, QStyle::SC_SliderHandle, slider()).center());
-    }
+    QPoint handleAt(int value) { return sliderHandle(*slider(), value); }
     void moveTo(const QPoint& at)
     {
         XTestFakeMotionEvent(QX11Info::display(), -1, at.x(), at.y(), CurrentTime);

@@ -6,6 +6,7 @@
 #include "TscriptConsole.h"
 #include "TviewerWindow.h"
 #include "support/PortWindow.h"
+#include "support/SliderHandle.h"
 #include "ui/QlirnSlider.h"
 #include "ui/QlirnStaticPicture.h"
 #include "ui/TUIInventory.h"
@@ -14,8 +15,6 @@
 #include <QElapsedTimer>
 #include <QKeyEvent>
 #include <QPlainTextEdit>
-#include <QStyle>
-#include <QStyleOptionSlider>
 #include <QTextBlock>
 
 #include <gtest/gtest.h>
@@ -101,17 +100,6 @@ protected:
     {
         XTestFakeButtonEvent(QX11Info::display(), 1, down, CurrentTime);
         deliver();
-    }
-    static QPoint handleAt(QlirnSlider& slider, int value)
-    {
-        QStyleOptionSlider option;
-        option.initFrom(&slider);
-        option.orientation = Qt::Horizontal;
-        option.minimum = slider.minimum();
-        option.maximum = slider.maximum();
-        option.sliderPosition = option.sliderValue = value;
-        return slider.mapToGlobal(
-            slider.style()->subControlRect(QStyle::CC_Slider, &option, QStyle::SC_SliderHandle, &slider).center());
     }
     /** The views on the screen with another colour of the wire. */
     QImage withWire(unsigned short index)
@@ -236,10 +224,10 @@ TEST_F(ScriptsRealEvents, TheReadyScriptsSliderDrivesTheWire)
     const QImage wires[] = {withWire(3), withWire(7), withWire(1)};
     ASSERT_FALSE(wires[0] == wires[1] || wires[0] == wires[2]);
 
-    at(handleAt(slider, 1));
+    at(sliderHandle(slider, 1));
     button(true);
     for (int i = 0; i < 2; ++i) {
-        at(handleAt(slider, i ? 7 : 3));
+        at(sliderHandle(slider, i ? 7 : 3));
         EXPECT_TRUE(waitUntil([&] { return fWindow.shown() == wires[i]; }, 2000)) << "step " << i;
         EXPECT_EQ(picture->pixmap(Qt::ReturnByValue).toImage(), first) << "not yet let go";
     }

@@ -2,6 +2,7 @@
 
 #include "TcontrolPanel.h"
 #include "TscriptConsole.h"
+#include "TstatePanel.h"
 #include "TuvView.h"
 #include "TviewportCmd.h"
 #include "pictures.h"
@@ -91,6 +92,8 @@ TviewerWindow::TviewerWindow(const QSize& size, const TviewScene::Tstyle& style,
 TviewerWindow::~TviewerWindow()
 {
     stopLoading();
+    if (fStatePanel)
+        fStatePanel->setViews({});
     // The ports go before the widgets around them.
     fViews.clear();
     fUvView.reset();
@@ -165,7 +168,11 @@ void TviewerWindow::addView(TviewCamera::Tprojection projection)
     view->setPointerHook([this, shown = view.get()](bool inside) {
         fViewLabel->setText(inside ? QString::fromLatin1(shown->name()) : QString());
     });
-    view->setDrawnHook([this, drawn = view.get()] { showCounts(drawn->statistics()); });
+    view->setDrawnHook([this, drawn = view.get()] {
+        showCounts(drawn->statistics());
+        if (fStatePanel)
+            fStatePanel->noteDrawn();
+    });
     fPanes->addPane(view->widget());
     fViews.push_back(std::move(view));
 }
@@ -184,6 +191,7 @@ void TviewerWindow::setFourViews(bool four)
         addView(kProjections[fViews.size()]);
     for (const auto& view : fViews)
         view->setLabelled(four);
+    listViews();
     updateAll();
 }
 
@@ -298,6 +306,29 @@ void TviewerWindow::runScript(const QString& path)
 {
     if (!fConsole->runFile(path))
         setShowsConsole(true);
+}
+
+void TviewerWindow::setShowsState(bool shows)
+{
+    if (shows && !fStatePanel) {
+        fStatePanel = new TstatePanel(this);
+        addDockWidget(Qt::RightDockWidgetArea, fStatePanel);
+        resizeDocks({fStatePanel}, {width() / 2}, Qt::Horizontal);
+        listViews();
+    }
+    if (fStatePanel)
+        fStatePanel->setVisible(shows);
+}
+
+void TviewerWindow::listViews()
+{
+    if (!fStatePanel)
+        return;
+    std::vector<Tview*> views;
+    for (const auto& view : fViews)
+        if (views.empty() || hasFourViews())
+            views.push_back(view.get());
+    fStatePanel->setViews(std::move(views));
 }
 
 void TviewerWindow::setStyle(const TviewScene::Tstyle& style)
@@ -458,6 +489,7 @@ void TviewerWindow::showKeys()
            "<tr><td><b>u</b></td><td>the texture coordinates</td></tr>"
            "<tr><td><b>k</b></td><td>the controls that scripts have made</td></tr>"
            "<tr><td><b>`, F2</b></td><td>the script console</td></tr>"
+           "<tr><td><b>o</b></td><td>the views' OpenGL state, beside the driver's or another view's</td></tr>"
            "<tr><td><b>space</b></td><td>one view, four views</td></tr>"
            "<tr><td><b>h, F1</b></td><td>this table</td></tr>"
            "<tr><td><b>Esc</b></td><td>pick nothing; then quit</td></tr>"
@@ -540,6 +572,9 @@ void TviewerWindow::keyPressEvent(QKeyEvent* event)
     case Qt::Key_QuoteLeft:
     case Qt::Key_F2: // there are keyboards on which the other only makes accents
         setShowsConsole(!showsConsole());
+        return;
+    case Qt::Key_O:
+        setShowsState(!fStatePanel || !fStatePanel->isVisible());
         return;
     case Qt::Key_R:
         fTool.setWay(fTool.way() == Tpicker::kSelection ? Tpicker::kRasterization : Tpicker::kSelection);

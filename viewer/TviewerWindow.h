@@ -19,6 +19,7 @@ class QlirnPaneLayout;
 class TcontrolPanel;
 class QProgressBar;
 class TscriptConsole;
+class TstatePanel;
 class TuvView;
 
 /** The window of portview: one view or four of a model, and a status bar. */
@@ -51,6 +52,8 @@ public:
     bool showsUvs() const;
     /** Shows or hides the panel of texture coordinates. */
     void setShowsUvs(bool shows);
+    /** Shows or hides the panel of the views' OpenGL state. */
+    void setShowsState(bool shows);
     const TviewScene::Tstyle& style() const { return fStyle; }
     void setStyle(const TviewScene::Tstyle& style);
 
@@ -79,6 +82,7 @@ protected:
 private:
     void makeUvPanel();
     void makeConsole();
+    void listViews();
     QImage viewsPicture(const QSize& size, bool framed);
     void addView(TviewCamera::Tprojection projection);
     void show(std::shared_ptr<const TobjModel> model, const QString& name);
@@ -110,6 +114,7 @@ private:
     TscriptConsole* fConsole;
     QDockWidget* fConsoleDock;
     TcontrolPanel* fControls;
+    TstatePanel* fStatePanel = nullptr; ///< made when first shown
 
     std::thread fLoader;
     TloadProgress fProgress;

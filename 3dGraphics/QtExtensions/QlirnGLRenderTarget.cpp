@@ -1,5 +1,6 @@
 #include "QtExtensions/QlirnGLRenderTarget.h"
 
+#include <QApplication>
 #include <QGLContext>
 #include <QGLFramebufferObject>
 #include <QGLPixelBuffer>
@@ -17,6 +18,26 @@ bool canBeHad(const QSize& size)
 {
     const int most = T3dPort::fsMaxTextureSize;
     return !size.isEmpty() && (most == 0 || (size.width() <= most && size.height() <= most));
+}
+
+/** Tells of the context that a widget of Qt's own binds when an event reaches it. */
+class BindingFilter : public QObject
+{
+public:
+    bool eventFilter(QObject*, QEvent*) override
+    {
+        T3dPort::nativeBindingMoved();
+        return false;
+    }
+};
+
+/** Qt's pixel buffers have a hidden widget each, which is resized from the event loop, with its context bound. */
+void watchHiddenWidgets()
+{
+    static BindingFilter filter;
+    for (QWidget* widget : QApplication::topLevelWidgets())
+        if (qobject_cast<QGLWidget*>(widget))
+            widget->installEventFilter(&filter);
 }
 
 } // namespace
@@ -45,6 +66,7 @@ bool QlirnGLRenderTarget::create(const QSize& size, const QGLFormat* format, QGL
     } else if (format) {
         fPixelBuffer = new QGLPixelBuffer(size, *format, shareWidget);
         T3dPort::nativeBindingMoved();
+        watchHiddenWidgets();
         valid = fPixelBuffer->isValid();
     } else if (QGLContext::currentContext()) { // Qt's object takes one for granted
         fFramebufferObject = new QGLFramebufferObject(size, QGLFramebufferObject::Depth, GL_TEXTURE_2D, GL_RGBA8);

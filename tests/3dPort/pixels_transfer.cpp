@@ -10,6 +10,7 @@
 #include <array>
 #include <cmath>
 #include <functional>
+#include <vector>
 
 namespace {
 
@@ -280,4 +281,22 @@ TEST(BackingStore, ErasesAnOverlayAndEndsWithAResize)
     port.setUseBackingStore(false);
     EXPECT_FALSE(glIsEnabled(GL_DEPTH_TEST)) << "as it was when the mode began";
     EXPECT_EQ(glGetError(), GLenum(GL_NO_ERROR));
+}
+
+TEST(PixelMaps, OfThreeChannelsKeepToTheirBytes)
+{
+    PortWindow<> window(40, 30);
+    ASSERT_TRUE(window.show());
+    T3dPort& port = window.port();
+    port.clearColor(TportColor(1, 0.2f, 0, 1));
+    port.clear(GL_COLOR_BUFFER_BIT);
+    std::vector<unsigned char> bytes(7 * 5 * 3 + 64, 0xEE);
+    TpixelMap map;
+    ASSERT_TRUE(map.wrap(bytes.data(), 7, 5, 3));
+    for (const bool rgba : {true, false}) {
+        map.setRgba(rgba);
+        EXPECT_TRUE(port.pixelMapRead(map, 0));
+        const std::vector<int> last(bytes.begin() + 102, bytes.begin() + 106);
+        EXPECT_EQ(last, rgba ? std::vector<int>({255, 51, 0, 0xEE}) : std::vector<int>({0, 51, 255, 0xEE}));
+    }
 }

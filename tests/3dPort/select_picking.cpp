@@ -238,3 +238,20 @@ TEST(PickBuffer, NeverReadsPastItsEnd)
         EXPECT_EQ(buffer.nextElem(held.get() + size, zmin, count), nullptr);
     }
 }
+
+TEST(PickingSolids, ASphereIsHit)
+{
+    PortWindow<> window(60, 60);
+    ASSERT_TRUE(window.show());
+    T3dPort& port = window.port();
+    port.ortho(-1, 1, -1, 1, -2, 2);
+    port.fSelectRect = port.makeSelectRect({30, 30}, 12);
+    for (const bool filled : {false, true}) {
+        port.sphere(filled); // compiles the list, which drivers may not bear to be called while picking
+        port.beginSelect(nullptr, 0);
+        port.pushName(7);
+        port.sphere(filled);
+        port.sphere({0, 0, 0}, 0.5f, filled);
+        EXPECT_EQ(port.endSelect(), 1);
+    }
+}

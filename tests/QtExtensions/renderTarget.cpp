@@ -105,6 +105,18 @@ TEST(QtRenderTarget, KeepsWhatFitsSwitchesKindsAndRefusesWhatCannotBe)
     EXPECT_EQ(port.stateDifferences(), TstringArray());
 }
 
+// Qt's pixel buffer has a hidden widget, which binds its context when the event loop resizes it.
+TEST(QtRenderTarget, PortsFindBackWhenAPixelBufferIsResizedLater)
+{
+    PortWindow<> made(60, 40);
+    ASSERT_TRUE(made.show());
+    const QGLFormat format = QGLFormat::defaultFormat();
+    ASSERT_TRUE(made.port().q3dPort()->createOffscreenTarget(QSize(50, 30), &format));
+    made.port().setCurrentContext();
+    settle();
+    EXPECT_EQ(made.port().stateDifferences(), TstringArray());
+}
+
 TEST(RenderTarget, IsMadeInTheFormatsAndKeptOrGivenUpAsAsked)
 {
     PortWindow<> made(60, 40);

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "Graphics/3dPort/TstateValue.h"
 #include "Graphics/3dPort/TviewportScale.h"
 #include "Graphics/Export.h"
 #include "Graphics/glResources/TglColorTable.h"
@@ -410,6 +411,19 @@ public:
      * every state is queried. With LIRN_DEBUG_Q3DPORT_STATE set the port does so after each paint and prints the lines.
      */
     TstringArray stateDifferences() const;
+    /**
+     * What the port recorded of its OpenGL state. A value is empty while the record does not say what OpenGL has: a colour
+     * that glColorMaterial changes, a stipple pattern that is switched off, matrices not loaded yet. Makes the port current;
+     * none for a port without a context.
+     */
+    TstateValues recordedState() const;
+    /** The same states as the driver tells them (glGet and its like); none while the port's context cannot be bound. */
+    TstateValues driverState() const;
+    /**
+     * What differs between two ports, or a port at two times: a line like "depth mask: on | off" for each name that both
+     * have with different values. Values that are unknown or not a number are not compared.
+     */
+    static TstringArray stateDifferences(const TstateValues& a, const TstateValues& b);
 
     // Port rectangle, viewports, painting
 

@@ -6,9 +6,12 @@
 #include <GL/glext.h>
 
 #include <algorithm>
-#include <cmath>
+#include <charconv>
+#include <climits>
 #include <cstdint>
 #include <cstdio>
+#include <cstring>
+#include <string>
 
 namespace {
 
@@ -17,15 +20,19 @@ constexpr int kMostValues = 16;
 /** The pipelines that know a state. A core-profile viewport records fixed-function state without sending it. */
 enum Pipeline { kFixed, kBoth };
 
-/** How a state is asked for, and what of the answer counts. */
+/** How a state is asked for, and how its values are written. */
 enum class Kind {
-    kSwitch,   ///< glIsEnabled
-    kInteger,  ///< glGetIntegerv
-    kFloat,    ///< glGetDoublev, compared as floats because drivers may keep no more
-    kClamped,  ///< as kFloat, both sides held between 0 and 1 as the query may
-    kMaterial, ///< glGetMaterialfv of the front material
-    kTexEnv,   ///< glGetTexEnviv of GL_TEXTURE_ENV in the active unit
-    kTexGen    ///< the GL_TEXTURE_GEN_MODE of a coordinate in the active unit
+    kSwitch,      ///< glIsEnabled
+    kInteger,     ///< glGetIntegerv
+    kMask,        ///< the same, of bits
+    kFlag,        ///< the same, of truth values
+    kEnum,        ///< the same, of OpenGL's names
+    kFloat,       ///< glGetDoublev, as floats because drivers may keep no more
+    kClamped,     ///< as kFloat, held between 0 and 1 as the query may
+    kMaterial,    ///< glGetMaterialfv of the front material
+    kTexEnv,      ///< glGetTexEnviv of GL_TEXTURE_ENV in the active unit
+    kTexEnvScale, ///< the same, of numbers
+    kTexGen       ///< the GL_TEXTURE_GEN_MODE of a coordinate in the active unit
 };
 
 /** What is recorded where OpenGL's colour is not known. */
@@ -36,14 +43,13 @@ bool isKnown(const TportColor& c)
     return c != kUnknownColor;
 }
 
-/** Recorded values on their way to a comparison. */
+/** The values of a state, as the record or the driver has them. */
 struct Values
 {
     double fValue[kMostValues] = {};
-    int fCount = 0;   ///< 0 when the record makes no claim at present
-    GLenum fName = 0; ///< asks for another name than the row's
-
-    static Values none() { return Values(); }
+    int fCount = 0;
+    bool fClaimed = true; ///< false while the record does not say what the driver has
+    GLenum fName = 0;     ///< asks for another name than the row's
 
     template <class... T> static Values of(T... values)
     {
@@ -55,7 +61,7 @@ struct Values
 
     static Values of(const TportColor& c, int count)
     {
-        return !isKnown(c) ? none() : count == 3 ? of(c.r, c.g, c.b) : of(c.r, c.g, c.b, c.a);
+        return (count == 3 ? of(c.r, c.g, c.b) : of(c.r, c.g, c.b, c.a)).when(isKnown(c));
     }
 
     static Values of(const T4dDblMatrix& m)
@@ -66,7 +72,12 @@ struct Values
         return made;
     }
 
-    Values when(bool claimed) const { return claimed ? *this : none(); }
+    Values when(bool claimed) const
+    {
+        Values made = *this;
+        made.fClaimed = fClaimed && claimed;
+        return made;
+    }
 
     Values asking(GLenum name) const
     {
@@ -146,13 +157,13 @@ Values cubeMapping(const TglContext& record)
 
 void sendSwitch(GLenum capability, const Values& on)
 {
-    if (on.fCount > 0)
+    if (on.fClaimed)
         enable(capability, on.fValue[0] != 0);
 }
 
 void sendGenerationMode(GLenum coordinate, const Values& mode)
 {
-    if (mode.fCount > 0)
+    if (mode.fClaimed)
         glTexGeni(coordinate, GL_TEXTURE_GEN_MODE, static_cast<GLint>(mode.fValue[0]));
 }
 
@@ -171,6 +182,9 @@ void ask(Kind kind, GLenum name, int count, double* out)
         out[0] = glIsEnabled(name);
         return;
     case Kind::kInteger:
+    case Kind::kMask:
+    case Kind::kFlag:
+    case Kind::kEnum:
         glGetIntegerv(name, integers);
         std::copy(integers, integers + count, out);
         return;
@@ -183,6 +197,7 @@ void ask(Kind kind, GLenum name, int count, double* out)
         std::copy(floats, floats + count, out);
         return;
     case Kind::kTexEnv:
+    case Kind::kTexEnvScale:
         glGetTexEnviv(GL_TEXTURE_ENV, name, integers);
         std::copy(integers, integers + count, out);
         return;
@@ -191,21 +206,6 @@ void ask(Kind kind, GLenum name, int count, double* out)
         std::copy(integers, integers + count, out);
         return;
     }
-}
-
-bool isSame(Kind kind, double recorded, double actual)
-{
-    // Drivers may keep what is not a number or make something else of it.
-    if (std::isnan(recorded))
-        return true;
-    if (kind == Kind::kClamped) {
-        recorded = std::clamp(recorded, 0.0, 1.0);
-        actual = std::clamp(actual, 0.0, 1.0);
-    }
-    if (kind == Kind::kInteger)
-        return static_cast<std::uint32_t>(static_cast<std::int64_t>(recorded)) ==
-               static_cast<std::uint32_t>(static_cast<std::int64_t>(actual));
-    return static_cast<float>(recorded) == static_cast<float>(actual);
 }
 
 /** Selects, for a while, the texture unit that a recorded value is about; none for a value of no unit. */
@@ -233,15 +233,75 @@ private:
     const bool fIsOther;
 };
 
-Tstring listed(const double* values, int count)
+/** OpenGL's name of a value that a row of names may have; its digits for any other one. */
+std::string nameOf(GLenum value)
 {
-    Tstring text;
-    for (int i = 0; i < count; ++i) {
-        char number[32];
-        std::snprintf(number, sizeof number, i ? " %g" : "%g", values[i]);
-        text += number;
+    struct Name
+    {
+        GLenum fValue;
+        const char* fName;
+    };
+    static const Name names[] = {
+#define NAME(constant) {constant, #constant},
+#include "Graphics/3dPort/StateNames.inc"
+#undef NAME
+    };
+    if (value >= GL_TEXTURE0 && value <= GL_TEXTURE31)
+        return "GL_TEXTURE" + std::to_string(value - GL_TEXTURE0);
+    for (const Name& name : names)
+        if (name.fValue == value)
+            return name.fName;
+    char digits[16];
+    std::snprintf(digits, sizeof digits, "0x%04X", value);
+    return digits;
+}
+
+std::string textOf(Kind kind, double value)
+{
+    char text[32];
+    // As OpenGL does: the bits count, whether the field is signed or not.
+    const auto bits = [&] { return static_cast<std::uint32_t>(static_cast<std::int64_t>(value)); };
+    switch (kind) {
+    case Kind::kSwitch:
+    case Kind::kFlag:
+        return value != 0 ? "on" : "off";
+    case Kind::kEnum:
+    case Kind::kTexEnv:
+    case Kind::kTexGen:
+        return nameOf(bits());
+    case Kind::kInteger:
+    case Kind::kTexEnvScale:
+        return std::to_string(static_cast<std::int32_t>(bits()));
+    case Kind::kMask:
+        std::snprintf(text, sizeof text, "0x%08X", static_cast<unsigned>(bits()));
+        return text;
+    case Kind::kClamped:
+        value = std::clamp(value, 0.0, 1.0);
+        [[fallthrough]];
+    case Kind::kFloat:
+    case Kind::kMaterial:
+        break;
     }
-    return text;
+    // The fewest digits that tell a float from any other one; 0 has no sign.
+    return std::string(text, std::to_chars(text, text + sizeof text, static_cast<float>(value) + 0.0f).ptr);
+}
+
+/** @param unit  of a state that each texture unit has for itself, else 0; said where it is not the first */
+Tstring textOf(Kind kind, const Values& values, GLenum unit)
+{
+    std::string text = values.fName ? nameOf(values.fName) + ' ' : std::string();
+    if (values.fCount > 1)
+        text += '[';
+    for (int i = 0; i < values.fCount; ++i) {
+        if (i > 0)
+            text += ' ';
+        text += textOf(kind, values.fValue[i]);
+    }
+    if (values.fCount > 1)
+        text += ']';
+    if (unit > GL_TEXTURE0)
+        text += " in " + nameOf(unit);
+    return Tstring(text.c_str());
 }
 
 } // namespace
@@ -265,6 +325,8 @@ struct T3dPortAudit::Table
     using Record = TglContext;
 
     static const Row fsRows[];
+    /** Calls @p visit with each row of the port's pipeline and what the record has for it. */
+    template <class Visit> static void walk(const T3dPort& port, Visit visit);
     static Values switchBit(const TglContext& record, std::uint32_t bit, std::uint32_t resendBit);
 };
 
@@ -276,7 +338,7 @@ Values T3dPortAudit::Table::switchBit(const TglContext& record, std::uint32_t bi
 // Texture parameters are missing on purpose: they belong to texture objects, which all ports share. So are light
 // enables and parameters, which are sent without being recorded.
 const T3dPortAudit::Row T3dPortAudit::Table::fsRows[] = {
-    {"matrix mode", GL_MATRIX_MODE, kFixed, Kind::kInteger,
+    {"matrix mode", GL_MATRIX_MODE, kFixed, Kind::kEnum,
      [](const Port&, const Record& r) { return Values::of(r.fMatrixMode); },
      [](const Port&, const Record& r) { glMatrixMode(r.fMatrixMode); }},
     {"model-view matrix", GL_MODELVIEW_MATRIX, kFixed, Kind::kFloat,
@@ -298,7 +360,7 @@ const T3dPortAudit::Row T3dPortAudit::Table::fsRows[] = {
      [](const Port& p, const Record&) {
          const TportRect& v = *p.fViewport;
          // OpenGL refuses a negative extent and cuts one beyond its limit.
-         GLint most[2] = {};
+         GLint most[2] = {INT_MAX, INT_MAX};
          glGetIntegerv(GL_MAX_VIEWPORT_DIMS, most);
          return Values::of(v.left, v.bottom, std::min<int>(v.width(), most[0]), std::min<int>(v.height(), most[1]))
              .when(v.width() > 0 && v.height() > 0);
@@ -323,17 +385,17 @@ const T3dPortAudit::Row T3dPortAudit::Table::fsRows[] = {
      }},
     {"blending", GL_BLEND, kBoth, Kind::kSwitch, [](const Port&, const Record& r) { return Values::of(r.fBlending); },
      [](const Port&, const Record& r) { enable(GL_BLEND, r.fBlending); }},
-    {"blend source", GL_BLEND_SRC, kBoth, Kind::kInteger,
+    {"blend source", GL_BLEND_SRC, kBoth, Kind::kEnum,
      [](const Port&, const Record& r) {
          return Values::of(r.fBlendSource).when(!r.fValidBits.test(TglContext::kResendBlendFunc));
      },
      [](const Port&, const Record& r) { glBlendFunc(r.fBlendSource, r.fBlendDestination); }},
-    {"blend destination", GL_BLEND_DST, kBoth, Kind::kInteger,
+    {"blend destination", GL_BLEND_DST, kBoth, Kind::kEnum,
      [](const Port&, const Record& r) {
          return Values::of(r.fBlendDestination).when(!r.fValidBits.test(TglContext::kResendBlendFunc));
      },
      nullptr},
-    {"blend equation", GL_BLEND_EQUATION, kBoth, Kind::kInteger,
+    {"blend equation", GL_BLEND_EQUATION, kBoth, Kind::kEnum,
      [](const Port&, const Record& r) { return Values::of(r.fBlendEquation); },
      [](const Port&, const Record& r) { glBlendEquation(r.fBlendEquation); }},
     {"point size", GL_POINT_SIZE, kBoth, Kind::kFloat,
@@ -381,32 +443,32 @@ const T3dPortAudit::Row T3dPortAudit::Table::fsRows[] = {
     {"depth test", GL_DEPTH_TEST, kBoth, Kind::kSwitch,
      [](const Port&, const Record& r) { return switchBit(r, TglContext::kDepthTestOn, TglContext::kResendDepthTest); },
      [](const Port&, const Record& r) { enable(GL_DEPTH_TEST, r.fDirtyBits.test(TglContext::kDepthTestOn)); }},
-    {"depth function", GL_DEPTH_FUNC, kBoth, Kind::kInteger,
+    {"depth function", GL_DEPTH_FUNC, kBoth, Kind::kEnum,
      [](const Port&, const Record& r) { return Values::of(r.fDepthFunc); },
      [](const Port&, const Record& r) { glDepthFunc(r.fDepthFunc); }},
-    {"depth mask", GL_DEPTH_WRITEMASK, kBoth, Kind::kInteger,
+    {"depth mask", GL_DEPTH_WRITEMASK, kBoth, Kind::kFlag,
      [](const Port&, const Record& r) { return Values::of(r.fDepthMask); },
      [](const Port&, const Record& r) { glDepthMask(r.fDepthMask); }},
-    {"colour mask", GL_COLOR_WRITEMASK, kBoth, Kind::kInteger,
+    {"colour mask", GL_COLOR_WRITEMASK, kBoth, Kind::kFlag,
      [](const Port&, const Record& r) {
          return Values::of(r.fColorMaskRed, r.fColorMaskGreen, r.fColorMaskBlue, r.fColorMaskAlpha);
      },
      [](const Port&, const Record& r) {
          glColorMask(r.fColorMaskRed, r.fColorMaskGreen, r.fColorMaskBlue, r.fColorMaskAlpha);
      }},
-    {"index write mask", GL_INDEX_WRITEMASK, kFixed, Kind::kInteger,
+    {"index write mask", GL_INDEX_WRITEMASK, kFixed, Kind::kMask,
      [](const Port&, const Record& r) { return Values::of(r.fIndexWriteMask); },
      [](const Port&, const Record& r) { glIndexMask(r.fIndexWriteMask); }},
     {"dithering", GL_DITHER, kBoth, Kind::kSwitch,
      [](const Port&, const Record& r) { return switchBit(r, TglContext::kDitheringOn, TglContext::kResendDithering); },
      [](const Port&, const Record& r) { enable(GL_DITHER, r.fDirtyBits.test(TglContext::kDitheringOn)); }},
-    {"shade model", GL_SHADE_MODEL, kFixed, Kind::kInteger,
+    {"shade model", GL_SHADE_MODEL, kFixed, Kind::kEnum,
      [](const Port&, const Record& r) { return Values::of(r.fShadeModel); },
      [](const Port&, const Record& r) { glShadeModel(r.fShadeModel); }},
     {"lighting", GL_LIGHTING, kFixed, Kind::kSwitch,
      [](const Port&, const Record& r) { return switchBit(r, TglContext::kLightingOn, TglContext::kResendLighting); },
      [](const Port&, const Record& r) { enable(GL_LIGHTING, r.fDirtyBits.test(TglContext::kLightingOn)); }},
-    {"two-sided lighting", GL_LIGHT_MODEL_TWO_SIDE, kFixed, Kind::kInteger,
+    {"two-sided lighting", GL_LIGHT_MODEL_TWO_SIDE, kFixed, Kind::kFlag,
      [](const Port&, const Record& r) { return switchBit(r, TglContext::kTwoSidedOn, TglContext::kResendTwoSided); },
      [](const Port&, const Record& r) {
          glLightModelf(GL_LIGHT_MODEL_TWO_SIDE, r.fDirtyBits.test(TglContext::kTwoSidedOn));
@@ -414,7 +476,7 @@ const T3dPortAudit::Row T3dPortAudit::Table::fsRows[] = {
     {"light model ambient", GL_LIGHT_MODEL_AMBIENT, kFixed, Kind::kFloat,
      [](const Port&, const Record& r) { return Values::of(r.fLightModelAmbient, 4); },
      [](const Port&, const Record& r) { glLightModelfv(GL_LIGHT_MODEL_AMBIENT, &r.fLightModelAmbient.r); }},
-    {"local viewer", GL_LIGHT_MODEL_LOCAL_VIEWER, kFixed, Kind::kInteger,
+    {"local viewer", GL_LIGHT_MODEL_LOCAL_VIEWER, kFixed, Kind::kFlag,
      [](const Port&, const Record& r) { return Values::of(r.fLocalViewer); },
      [](const Port&, const Record& r) { glLightModelf(GL_LIGHT_MODEL_LOCAL_VIEWER, r.fLocalViewer); }},
     {"ambient material", GL_AMBIENT, kFixed, Kind::kMaterial,
@@ -434,10 +496,10 @@ const T3dPortAudit::Row T3dPortAudit::Table::fsRows[] = {
      [](const Port&, const Record& r) {
          glMaterialf(GL_FRONT_AND_BACK, GL_SHININESS, static_cast<float>(r.fMaterialShininess));
      }},
-    {"texture unit", GL_ACTIVE_TEXTURE, kBoth, Kind::kInteger,
+    {"texture unit", GL_ACTIVE_TEXTURE, kBoth, Kind::kEnum,
      [](const Port&, const Record& r) { return Values::of(r.fServerUnit); },
      [](const Port&, const Record& r) { glActiveTexture(r.fServerUnit); }},
-    {"client texture unit", GL_CLIENT_ACTIVE_TEXTURE, kFixed, Kind::kInteger,
+    {"client texture unit", GL_CLIENT_ACTIVE_TEXTURE, kFixed, Kind::kEnum,
      [](const Port&, const Record& r) { return Values::of(r.fClientUnit); },
      [](const Port&, const Record& r) { glClientActiveTexture(r.fClientUnit); }},
     {"texture environment", GL_TEXTURE_ENV_MODE, kFixed, Kind::kTexEnv,
@@ -458,7 +520,7 @@ const T3dPortAudit::Row T3dPortAudit::Table::fsRows[] = {
      [](const Port&, const Record& r) { return Values::of(r.fOperand).asking(r.fOperandParam); },
      [](const Port&, const Record& r) { glTexEnvi(GL_TEXTURE_ENV, r.fOperandParam, static_cast<GLint>(r.fOperand)); },
      &Record::fOperandUnit},
-    {"texture combine scale", 0, kFixed, Kind::kTexEnv,
+    {"texture combine scale", 0, kFixed, Kind::kTexEnvScale,
      [](const Port&, const Record& r) { return Values::of(r.fScale).asking(r.fScaleParam); },
      [](const Port&, const Record& r) { glTexEnvi(GL_TEXTURE_ENV, r.fScaleParam, static_cast<GLint>(r.fScale)); },
      &Record::fScaleUnit},
@@ -491,7 +553,7 @@ const T3dPortAudit::Row T3dPortAudit::Table::fsRows[] = {
      [](const Port& p, const Record&) { enable(GL_POLYGON_OFFSET_FILL, p.fPolygonOffsetFillOn); }},
     {"fog", GL_FOG, kFixed, Kind::kSwitch, [](const Port& p, const Record&) { return Values::of(p.isFogEnabled()); },
      [](const Port& p, const Record&) { enable(GL_FOG, p.isFogEnabled()); }},
-    {"fog mode", GL_FOG_MODE, kFixed, Kind::kInteger,
+    {"fog mode", GL_FOG_MODE, kFixed, Kind::kEnum,
      [](const Port& p, const Record&) { return Values::of(p.fFogMode).when(p.fFogParametersSent); },
      [](const Port& p, const Record&) {
          if (p.fFogParametersSent)
@@ -515,7 +577,7 @@ const T3dPortAudit::Row T3dPortAudit::Table::fsRows[] = {
          if (p.fFogParametersSent)
              glFogf(GL_FOG_END, static_cast<float>(p.fFogEnd));
      }},
-    {"fog source", GL_FOG_COORDINATE_SOURCE, kFixed, Kind::kInteger,
+    {"fog source", GL_FOG_COORDINATE_SOURCE, kFixed, Kind::kEnum,
      [](const Port& p, const Record&) {
          return Values::of(p.fFogSource).when(T3dPort::fsGraphicsFlags.test(T3dPort::kHasFogCoord));
      },
@@ -525,41 +587,65 @@ const T3dPortAudit::Row T3dPortAudit::Table::fsRows[] = {
      }},
 };
 
+template <class Visit> void T3dPortAudit::Table::walk(const T3dPort& port, Visit visit)
+{
+    if (!port.fContext || !port.glWidget())
+        return;
+    port.setCurrentContext();
+    const bool core = port.isGLCoreViewport();
+    for (const Row& row : fsRows)
+        if (!core || row.fPipeline != kFixed)
+            visit(row, row.fRecorded(port, *port.fContext));
+}
+
+TstateValues T3dPortAudit::recorded(const T3dPort& port)
+{
+    TstateValues values;
+    Table::walk(port, [&](const Row& row, const Values& recorded) {
+        const GLenum unit = row.fUnit ? GLenum(port.fContext->*row.fUnit) : 0;
+        values.push_back({row.fState, recorded.fClaimed ? textOf(row.fKind, recorded, unit) : Tstring()});
+    });
+    return values;
+}
+
+TstateValues T3dPortAudit::ofDriver(const T3dPort& port)
+{
+    TstateValues values;
+    GLint active = 0;
+    Table::walk(port, [&](const Row& row, Values answer) {
+        // A hidden widget's context does not get bound: there is nobody to ask.
+        if (!T3dPort::fsTrustedPort)
+            return;
+        if (!active)
+            glGetIntegerv(GL_ACTIVE_TEXTURE, &active);
+        const ScopedUnit unit(static_cast<GLenum>(active), *port.fContext, row.fUnit);
+        ask(row.fKind, answer.fName ? answer.fName : row.fName, answer.fCount, answer.fValue);
+        values.push_back({row.fState, textOf(row.fKind, answer, row.fUnit ? GLenum(port.fContext->*row.fUnit) : 0)});
+    });
+    return values;
+}
+
+TstringArray T3dPortAudit::differences(const TstateValues& a, const TstateValues& b, const char* before,
+                                       const char* between)
+{
+    // Drivers may keep what is not a number or make something else of it.
+    const auto isUnknown = [](const Tstring& value) {
+        return value.isEmpty() || std::strstr(value.asChar(), "nan") != nullptr;
+    };
+    TstringArray lines;
+    for (const TstateValue& left : a) {
+        const auto right =
+            std::find_if(b.begin(), b.end(), [&](const TstateValue& other) { return other.fName == left.fName; });
+        if (right == b.end() || left.fValue == right->fValue || isUnknown(left.fValue) || isUnknown(right->fValue))
+            continue;
+        lines.append(left.fName + ": " + before + left.fValue + between + right->fValue);
+    }
+    return lines;
+}
+
 TstringArray T3dPortAudit::differences(const T3dPort& port)
 {
-    TstringArray found;
-    const TglContext* record = port.fContext;
-    if (!record || !port.glWidget())
-        return found;
-    port.setCurrentContext();
-    // A hidden widget's context does not get bound: there is nothing to compare with.
-    if (!T3dPort::fsTrustedPort)
-        return found;
-    const bool core = port.isGLCoreViewport();
-    GLint activeUnit = 0;
-    glGetIntegerv(GL_ACTIVE_TEXTURE, &activeUnit);
-    for (const Row& row : Table::fsRows) {
-        if (core && row.fPipeline == kFixed)
-            continue;
-        const Values recorded = row.fRecorded(port, *record);
-        if (recorded.fCount == 0)
-            continue;
-        double actual[kMostValues] = {};
-        const ScopedUnit unit(static_cast<GLenum>(activeUnit), *record, row.fUnit);
-        ask(row.fKind, recorded.fName ? recorded.fName : row.fName, recorded.fCount, actual);
-        bool same = true;
-        for (int i = 0; i < recorded.fCount; ++i)
-            same = same && isSame(row.fKind, recorded.fValue[i], actual[i]);
-        if (!same) {
-            Tstring line(row.fState);
-            line += ": recorded ";
-            line += listed(recorded.fValue, recorded.fCount);
-            line += ", OpenGL has ";
-            line += listed(actual, recorded.fCount);
-            found.append(line);
-        }
-    }
-    return found;
+    return differences(recorded(port), ofDriver(port), "recorded ", ", OpenGL has ");
 }
 
 void T3dPortAudit::printDifferences(const T3dPort& port)

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "Graphics/3dPort/TstateValue.h"
 #include "foundation/TstringArray.h"
 
 class T3dPort;
@@ -12,6 +13,11 @@ class T3dPort;
 class T3dPortAudit
 {
 public:
+    static TstateValues recorded(const T3dPort& port);
+    static TstateValues ofDriver(const T3dPort& port);
+    /** As T3dPort::stateDifferences; a line reads name, ": ", @p before, value of @p a, @p between, value of @p b. */
+    static TstringArray differences(const TstateValues& a, const TstateValues& b, const char* before,
+                                    const char* between);
     /** A line per state whose recorded value is not the driver's. Makes the port current. */
     static TstringArray differences(const T3dPort& port);
     /** Prints the differences on standard output. */

@@ -220,3 +220,18 @@ TstringArray T3dPort::stateDifferences() const
 {
     return T3dPortAudit::differences(*this);
 }
+
+TstateValues T3dPort::recordedState() const
+{
+    return T3dPortAudit::recorded(*this);
+}
+
+TstateValues T3dPort::driverState() const
+{
+    return T3dPortAudit::ofDriver(*this);
+}
+
+TstringArray T3dPort::stateDifferences(const TstateValues& a, const TstateValues& b)
+{
+    return T3dPortAudit::differences(a, b, "", " | ");
+}

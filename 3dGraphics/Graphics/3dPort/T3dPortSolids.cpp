@@ -472,8 +472,13 @@ void drawCone(bool filled)
     drawCompiled(lists[filled], true, [filled] { emitCone(filled); });
 }
 
-void drawSphere(bool filled)
+void drawSphere(bool filled, bool isSelecting)
 {
+    // Mesa (seen with 22.3) crashes in GL selection on a list whose primitives are not all of one kind.
+    if (isSelecting) {
+        emitSphere(filled);
+        return;
+    }
     static TglDisplayList lists[2];
     drawCompiled(lists[filled], true, [filled] { emitSphere(filled); });
 }
@@ -565,14 +570,14 @@ void T3dPort::sphere(bool filled, bool makeCurrent)
 {
     if (makeCurrent)
         setCurrentContext();
-    drawSphere(filled);
+    drawSphere(filled, fPortFlags.test(kPortGLSelect));
 }
 
 void T3dPort::sphere(const T4dDblPoint& centre, float radius, bool filled, bool makeCurrent)
 {
     if (makeCurrent)
         setCurrentContext();
-    drawPlaced(centre, radius, radius, radius, [&] { drawSphere(filled); });
+    drawPlaced(centre, radius, radius, radius, [&] { drawSphere(filled, fPortFlags.test(kPortGLSelect)); });
 }
 
 void T3dPort::cylinder(bool filled, bool capped)

@@ -5,6 +5,7 @@
 
 #include "Graphics/3dPort/T3dPort.h"
 #include "QtExtensions/Q3dPort.h"
+#include "QtExtensions/QlirnGLWidget.h"
 
 #include <GL/glext.h>
 #include <gmock/gmock.h>
@@ -165,6 +166,7 @@ TEST(AuditText, TwoPortsDifferInWhatWasSetAndRecordsAgreeWithTheDriver)
     PortWindow<> first(40, 30);
     PortWindow<> second(40, 30);
     ASSERT_TRUE(first.show() && second.show());
+    first.port().blendFunc(T3dPort::kBlendOne, T3dPort::kBlendZero); // unknown before the first call
     second.port().depthMask(false);
     second.port().blendFunc(T3dPort::kBlendSrcAlpha, T3dPort::kBlendOneMinusSrcAlpha);
     second.port().color(TportColor(0.1f, 1e-7f, std::nanf(""), 1));
@@ -181,7 +183,8 @@ TEST(AuditText, TwoPortsDifferInWhatWasSetAndRecordsAgreeWithTheDriver)
     EXPECT_THAT(b, testing::Contains(TstateValue{"current colour", "[0.1 1e-07 nan]"}));
     EXPECT_EQ(T3dPort::stateDifferences(b, second.port().driverState()), TstringArray());
     EXPECT_EQ(second.port().driverState().size(), b.size());
-    second.window().hide();
+    second.port().glWidget()->hide();
+    first.port().setCurrentContext(); // a hidden widget's context stays bound until then
     EXPECT_TRUE(second.port().driverState().empty());
     EXPECT_EQ(T3dPort::stateDifferences(b, second.port().recordedState()), TstringArray());
 }

@@ -81,7 +81,7 @@ TEST_F(MatrixUpload, AnOverrideWaitsForAChangeOfTheProjection)
 
     const TstringArray stale = port().stateDifferences();
     ASSERT_EQ(1u, stale.length()) << "the override is still loaded, and nothing but the audit tells";
-    EXPECT_THAT(stale[0].toStdString(), testing::StartsWith("projection matrix: recorded 3 "));
+    EXPECT_THAT(stale[0].toStdString(), testing::StartsWith("projection matrix: recorded [3 0 "));
     EXPECT_EQ(Calls({kToProjection, load(4), kToModelView}), drawn([&] { loadProjection(4); }));
     EXPECT_EQ(TstringArray(), port().stateDifferences());
 }

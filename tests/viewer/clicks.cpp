@@ -12,12 +12,15 @@
 #include <QDir>
 #include <QFile>
 #include <QImage>
+#include <QLabel>
 #include <QPixmap>
 #include <QScreen>
+#include <QStatusBar>
 #include <QTemporaryDir>
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <cmath>
 #include <fstream>
 
@@ -69,7 +72,8 @@ protected:
         bool opened = false;
         QObject::connect(&fWindow, &TviewerWindow::opened, [&] { opened = true; });
         fWindow.open(fFolder.filePath(QStringLiteral("squares.obj")));
-        ASSERT_TRUE(waitUntil([&] { return opened && fWindow.scene().model(); }));
+        // What seen() answers holds only once a first picture has framed the model.
+        ASSERT_TRUE(waitUntil([&] { return opened && port().fGeometryStats->fFaces == 2; }));
         settle();
     }
 
@@ -192,19 +196,22 @@ TEST_F(ClicksRealEvents, PickWhatIsUnderThePointerAndMoveIt)
 TEST_F(ClicksRealEvents, MarqueesAreErasedWithoutDrawingTheSceneAgain)
 {
     at(seen(-2.2, 1.3, 0));
-    waitUntil([] { return false; }, 300); // the status bar follows the pointer
+    const auto labels = fWindow.statusBar()->findChildren<QLabel*>();
+    const auto showsView = [](const QLabel* label) { return label->text() == QLatin1String("perspective"); };
+    ASSERT_TRUE(waitUntil([&] { return std::any_of(labels.begin(), labels.end(), showsView); }));
+    settle();
     const QImage before = onScreen(fWindow);
     button(true);
     at(seen(-1, 0.5, 0));
     at(seen(0, 0, 0));
-    EXPECT_TRUE(waitUntil([&] { return port().isBackingSaved(); }, 2000));
+    EXPECT_TRUE(waitUntil([&] { return port().isBackingSaved(); }));
     at(seen(2.3, -1.4, 0));
     EXPECT_TRUE(port().isBackingSaved());
     EXPECT_NE(onScreen(fWindow), before);
     at(seen(-2.2, 1.3, 0));
     button(false);
-    EXPECT_TRUE(waitUntil([&] { return !port().isBackingSaved(); }, 2000));
-    EXPECT_TRUE(waitUntil([&] { return onScreen(fWindow) == before; }, 2000)) << "something of a marquee is left";
+    EXPECT_TRUE(waitUntil([&] { return !port().isBackingSaved(); }));
+    EXPECT_TRUE(waitUntil([&] { return onScreen(fWindow) == before; })) << "something of a marquee is left";
     EXPECT_FALSE(port().isUsingBackingStore());
 }
 

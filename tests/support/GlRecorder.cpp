@@ -321,7 +321,7 @@ template <class... A> std::string callText(const char* name, const char* kinds, 
         }
         ++i;
     };
-    (write(arguments), ...);
+    (write(+arguments), ...); // promoted: a GLbyte is a number
     return text + ')';
 }
 
@@ -439,7 +439,7 @@ extern "C" int __lsan_is_turned_off()
 #endif
 
 #define GL(f, n, kinds)                                                                                                \
-    static_assert(sizeof(kinds) == n + 1, #f ": a letter per argument");                                               \
+    static_assert(sizeof(kinds) == (n) + 1, #f ": a letter per argument");                                             \
     GL_##n(f, kinds)
 #include "support/GlFunctions.inc"
 #undef GL
@@ -452,7 +452,7 @@ using Taddress = void (*)();
 Taddress recordedFunction(std::string_view name)
 {
     static const std::unordered_map<std::string_view, Taddress> functions = {
-#define GL(f, n, kinds) {#f, reinterpret_cast<Taddress>(&f)},
+#define GL(f, n, kinds) {#f, reinterpret_cast<Taddress>(&(f))},
 #include "support/GlFunctions.inc"
 #undef GL
     };

@@ -269,7 +269,8 @@ void T3dPort::rotate(double x, double y, double z)
 
 void T3dPort::unSquishMatrix(TxformMatrix::unSquishType type)
 {
-    multMatrix(TxformMatrix(matrix()).unSquishMatrix(type));
+    if (const T4dDblMatrix* top = selectedTop())
+        multMatrix(TxformMatrix(*top).unSquishMatrix(type));
 }
 
 void T3dPort::loadProjectionMatrix(const T4dDblMatrix& m)

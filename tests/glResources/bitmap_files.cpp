@@ -6,6 +6,7 @@
 #include "image/TxpmUtil.h"
 
 #include <QFile>
+#include <QProcess>
 #include <QTemporaryDir>
 
 #include <gmock/gmock.h>
@@ -62,9 +63,11 @@ TEST(Bitmaps, RowsAreBottomUpAndPaddedTo16Bits)
 
 TEST_F(BitmapFiles, XpmFilesAreFoundOnThePathAndLoaded)
 {
-    write("good.xpm", xpm("9 2 2 1 3 1", "\"#       #\",\n\" #       \"\n};\n"));
+    const std::string picture = xpm("9 2 2 1 3 1", "\"#       #\",\n\" #       \"\n};\n");
+    write("good.xpm", picture);
     const ScopedEnv path("XBMLANGPATH", ("/nowhere:" + fFolder.path().toStdString() + "/%B").c_str());
-    for (const char* name : {"good.xpm", "good"}) {
+    ASSERT_EQ(QProcess::execute("gzip", {QString::fromStdString(write("packed.xpm", picture))}), 0);
+    for (const char* name : {"good.xpm", "good", "packed.xpm.gz"}) {
         TglBitmap bitmap(TglBitmap::kCircle);
         bitmap.loadPixmap(name);
         EXPECT_EQ(bits(bitmap), (Bytes{0x40, 0, 0x80, 0x80}));

@@ -58,12 +58,22 @@ std::size_t afterComments(const std::string& text, std::size_t at, bool inLines)
 
 /**
  * Whether a file is long enough for the pixels and colours that its head announces. Asked first, as libXpm takes memory
- * for all of them before it reads one.
+ * for all of them before it reads one. Of compressed files, which it unpacks itself, nothing is known here.
  */
 bool canHoldWhatItAnnounces(const Tstring& path)
 {
     std::ifstream file(path.asChar(), std::ios::binary);
     const std::string text{std::istreambuf_iterator<char>(file), {}};
+    if (text.compare(0, 1, "\x1f") == 0) // gzip's and compress's first byte
+        return true;
+    const std::uint64_t size = text.size();
+    std::istringstream words(text);
+    for (std::string word; words >> word && word == "#define";) { // the first version
+        std::uint64_t number = 0;
+        words >> word >> number;
+        if (number > size) // also what has too many digits
+            return false;
+    }
     const bool inLines = text.compare(0, 1, "!") == 0; // the format without quotes
     std::size_t at = afterComments(text, 0, inLines);
     while (!inLines && at < text.size() && text[at] != '"')
@@ -72,7 +82,6 @@ bool canHoldWhatItAnnounces(const Tstring& path)
     std::istringstream head(text.substr(std::min(at + (inLines ? 0 : 1), text.size()), 100));
     for (std::uint64_t& number : announced)
         head >> number;
-    const std::uint64_t size = text.size();
     for (const std::uint64_t number : announced)
         if (number > size)
             return false;

@@ -39,12 +39,13 @@ QImage run()
     fillColourTable();
     QTemporaryDir folder;
     const QString file = folder.filePath(QStringLiteral("preview.png"));
-    QImage preview = Sample::drawing(QSize(360, 120), 3, [](T3dPort& port) {
+    QImage preview = Sample::drawing(QSize(384, 130), 3, [](T3dPort& port) {
         port.clearColor(TportColor(0.17f, 0.19f, 0.21f));
         port.clear(GL_COLOR_BUFFER_BIT | GL_DEPTH_BUFFER_BIT);
-        port.perspective(30, 3, 1, 20);
-        port.polarView(5, 30, 60, 0);
+        port.perspective(30, 384.0 / 130, 1, 20);
+        port.polarView(7.5, 30, 60, 0);
         port.depthTest(true);
+        port.setGlobalAmbient(kCwhite);
         port.setLightingModel();
         port.setDefaultLight(0, T4dDblVector(-1, -1, 2));
         port.setDiffuseColor(T3dPort::colorTable(6));

@@ -5,9 +5,11 @@ colours = []
 def show():
     colours.append(lirn.colorIndexSliderGrp("wire", query=True, value=True))
 
-lirn.colorIndexSliderGrp("wire", label="Wire colour", minValue=1, maxValue=8, value=3, changeCommand=show)
+columns = [(1, 90), (2, 40)]  # pixels of the label's and the swatch's column
+lirn.colorIndexSliderGrp("wire", label="Wire colour", minValue=1, maxValue=8, value=3, extraLabel="of 8",
+                         columnWidth=columns, changeCommand=show)
 lirn.colorIndexSliderGrp("face", label="Face colour", minValue=1, maxValue=8, value=6, extraLabel="of 8",
-                         columnWidth=[(1, 90), (2, 40)])
+                         columnWidth=columns)
 lirn.colorIndexSliderGrp("wire", edit=True, value=5)
 
 if lirn.colorIndexSliderGrp("wire", query=True, value=True) != 5:

@@ -67,7 +67,7 @@ void draw(T3dPort& port)
     port.clearColor(TportColor(0.17f, 0.19f, 0.21f));
     port.clear(GL_COLOR_BUFFER_BIT | GL_DEPTH_BUFFER_BIT);
     port.perspective(22, double(port.portRect().width()) / port.portRect().height(), 1, 60);
-    port.polarView(18.5, 10, 40, 0);
+    port.polarView(22.5, 8, 40, 0);
     port.depthTest(true);
     port.shadeModel(T3dPort::kShadeSmooth);
     port.setLightingModel();
@@ -88,7 +88,7 @@ void draw(T3dPort& port)
 const Sample sample("extending", [] {
     const TcommandOutcome outcome = TcommandEngine::execute("greet -name \"you\"");
     Sample::expect(outcome.ok, "the command runs");
-    return Sample::drawing(QSize(480, 230), 3, draw);
+    return Sample::drawing(QSize(480, 260), 3, draw);
 });
 
 } // namespace

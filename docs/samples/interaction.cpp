@@ -38,7 +38,7 @@ private:
     void loadCamera()
     {
         fPort.perspective(26, double(fPort.portRect().width()) / fPort.portRect().height(), 1, 60);
-        fPort.polarView(13, 20, 60, 0);
+        fPort.polarView(13, 35, 58, 0);
     }
 
     void extend(const Tevent& event)
@@ -92,6 +92,7 @@ private:
         const double scale = fPort.screenLengthScale(240, at, right);
         const T4dDblVector axes[] = {{1, 0, 0}, {0, 1, 0}, {0, 0, 1}};
         fPort.shadeModel(T3dPort::kShadeSmooth);
+        fPort.setGlobalAmbient(kCwhite);
         fPort.setLightingModel();
         fPort.setDefaultLight(0, T4dDblVector(0, -1, 2));
         for (int i = 0; i < 3; ++i) {
@@ -124,8 +125,8 @@ QImage run()
     port.setPortRect(TportRect(0, 0, 560 * 3, 320 * 3));
     for (int i = 0; i <= 150; ++i) {
         const double a = 0.13 * i;
-        const double r = 130 + 2.1 * i;
-        const Tpoint at{short(840 + 1.5 * r * std::cos(a)), short(480 + 0.8 * r * std::sin(a))};
+        const double r = 110 + 1.9 * i;
+        const Tpoint at{short(780 + 1.5 * r * std::cos(a)), short(480 + 0.8 * r * std::sin(a))};
         if (i == 0)
             port.doPress(TpressEvent(at, 0, 1));
         else

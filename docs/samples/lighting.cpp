@@ -65,12 +65,12 @@ void drawBall(T3dPort& port, const T4dDblVector& centre)
 /** Of small squares, for the same reason. */
 void drawFloor(T3dPort& port)
 {
-    constexpr double kSide = 0.1;
+    constexpr double kSide = 0.03;
     port.setCurrentContext();
     glNormal3d(0, 0, 1);
-    for (int i = -62; i < 62; ++i) {
+    for (int i = -206; i < 206; ++i) {
         glBegin(GL_QUAD_STRIP);
-        for (int j = -28; j <= 28; ++j) {
+        for (int j = -93; j <= 93; ++j) {
             glVertex3d(i * kSide, j * kSide, -0.76);
             glVertex3d((i + 1) * kSide, j * kSide, -0.76);
         }

@@ -61,7 +61,7 @@ void drawLegend(T3dPort& port)
 void drawDetail(T3dPort& port)
 {
     TglPixels detail(TglPixels::kRgba, 48, 48);
-    port.readPixels(detail, 120, 90); // port pixels
+    port.readPixels(detail, 150, 176); // port pixels
     TglPixels large(TglPixels::kRgba, 160, 160);
     detail.scaleTo(large);
     port.writePixels(large, 400, 60);
@@ -79,7 +79,7 @@ void draw(T3dPort& port)
     drawDetail(port);
     drawLegend(port);
     port.color(TportColor(0.85f, 0.25f, 0.20f));
-    port.rect(120, 90, 168, 138, false);
+    port.rect(150, 176, 198, 224, false);
     port.rect(400, 60, 560, 220, false);
     port.popOrtho2D();
 }

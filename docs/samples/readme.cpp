@@ -4,6 +4,7 @@
 
 #include "Graphics/3dPort/T3dPort.h"
 #include "foundation/Taction.h"
+#include "foundation/TresourceMap.h"
 
 #include <QVBoxLayout>
 #include <QWidget>
@@ -17,7 +18,8 @@ QImage run()
     auto* layout = new QVBoxLayout(&parent);
     const double aspect = 1.5;
 
-    T3dPort port(parentWidget, "view", false); // makes the widget and its OpenGL context
+    TresourceMap::Set("view", "saFrameBufferMode", "double"); // without it the port is single-buffered
+    T3dPort port(parentWidget, "view", false);                // makes the widget and its OpenGL context
     layout->addWidget(port.qControl());
 
     TfunctionAction draw([&](const Tevent&) {

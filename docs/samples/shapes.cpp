@@ -11,14 +11,18 @@ namespace {
 
 void drawSolids(T3dPort& port, bool filled)
 {
-    port.box(T4dDblPoint(-3, 1, 0), 0.7f, 0.7f, 0.7f, filled);
-    port.cone(T4dDblPoint(-1, 1, -0.8), 0.8f, 1.7f, filled);
-    port.sphere(T4dDblPoint(1, 1, 0), 0.85f, filled);
-    port.cylinder(T4dDblPoint(3, 1, -0.8), 0.7f, 1.6f, filled, true);
-    port.octahedron(T4dDblPoint(-3, -1.4, 0), 0.95f, filled);
-    port.tetrahedron(T4dDblPoint(-1.5, -1.7, -0.7), 1.4f, filled);
+    port.box(T4dDblPoint(-3, 1.6, 0), 0.7f, 0.7f, 0.7f, filled);
+    port.cone(T4dDblPoint(-1, 1.6, -0.8), 0.8f, 1.7f, filled);
+    port.sphere(T4dDblPoint(1, 1.6, 0), 0.85f, filled);
+    port.cylinder(T4dDblPoint(3, 1.6, -0.8), 0.7f, 1.6f, filled, true);
+    port.octahedron(T4dDblPoint(-3, -1.6, 0), 0.95f, filled);
+    port.pushMatrix();
+    port.translate(-1.1, -1.6, -0.7);
+    port.rotate(0, 0, -0.9); // an edge to the front
+    port.tetrahedron(T4dDblPoint(-0.4, -0.4, 0), 1.5f, filled);
+    port.popMatrix();
     if (filled)
-        port.ring(T4dDblPoint(1, -1.4, -0.6), 0.85f, 0.45f, false);
+        port.ring(T4dDblPoint(1, -1.6, -0.6), 0.85f, 0.45f, false);
 }
 
 void drawPatch(T3dPort& port, const TgluNurbsObject& surface)
@@ -29,8 +33,8 @@ void drawPatch(T3dPort& port, const TgluNurbsObject& surface)
     for (int s = 0; s < 4; ++s) {
         for (int t = 0; t < 4; ++t) {
             double* point = control + (s * 8 + t) * 3;
-            point[0] = 2.3 + 0.5 * s;
-            point[1] = -2.2 + 0.5 * t;
+            point[0] = 2.25 + 0.5 * s;
+            point[1] = -2.35 + 0.5 * t;
             point[2] = 0.6 * heights[s][t];
         }
     }
@@ -71,15 +75,17 @@ void drawShelf(T3dPort& port)
     port.clearColor(TportColor(0.17f, 0.19f, 0.21f));
     port.clear(GL_COLOR_BUFFER_BIT | GL_DEPTH_BUFFER_BIT);
     port.perspective(24, double(port.portRect().width()) / port.portRect().height(), 1, 40);
-    port.polarView(15.5, 0, 48, 0);
+    port.polarView(15.8, 15, 50, 0);
     port.depthTest(true);
     port.shadeModel(T3dPort::kShadeSmooth);
     port.setGlobalAmbient(kCwhite);
     port.setLightingModel();
     port.setDefaultLight(0, T4dDblVector(-1, -1, 2));
     port.setDiffuseColor(TportColor(0.90f, 0.55f, 0.20f));
+    port.setAmbientMaterialColor(TportColor(0.36f, 0.23f, 0.12f));
     drawSolids(port, true);
     port.setDiffuseColor(TportColor(0.35f, 0.60f, 0.80f));
+    port.setAmbientMaterialColor(TportColor(0.14f, 0.22f, 0.28f));
     static const TgluNurbsObject surface(TgluNurbsObject::kFill);
     drawPatch(port, surface);
     port.disableLighting();

@@ -1,4 +1,4 @@
-// An arm of three joints, with its edges.
+// Two arms of three joints, with their edges.
 
 #include "Sample.h"
 
@@ -16,7 +16,8 @@ double radians(double degrees)
 
 void drawLink(T3dPort& port, double length)
 {
-    port.cylinder(T4dDblPoint(0, 0, 0), 0.16f, static_cast<float>(length), true, true);
+    const float half = static_cast<float>(length / 2);
+    port.box(T4dDblPoint(0, 0, half), 0.15f, 0.15f, half, true);
     port.sphere(T4dDblPoint(0, 0, 0), 0.24f, true);
 }
 
@@ -37,9 +38,11 @@ void drawArm(T3dPort& port, double shoulder, double elbow, double wrist)
 
 void drawEdged(T3dPort& port, const std::function<void()>& shape)
 {
-    port.polygonOffsetLower(); // the faces back, so that the lines win
+    port.setCurrentContext();
+    glEnable(GL_POLYGON_OFFSET_FILL); // the port sets the offset, the switch is OpenGL's
+    port.polygonOffsetLower();        // the faces back, so that the lines win
     shape();
-    port.polygonOffset(0, 0);
+    glDisable(GL_POLYGON_OFFSET_FILL);
     port.disableLighting();
     port.polygonMode(T3dPort::kFrontAndBack, T3dPort::kPolygonLine);
     port.depthMask(false);

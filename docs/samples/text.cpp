@@ -64,7 +64,7 @@ void drawPeaks(T3dPort& port)
     }
 }
 
-/** Smooth text in any script: an image of coverage, drawn with the current colour. */
+/** Smooth text in any script: an image of coverage, made a map of one colour and drawn by blending. */
 void drawSmooth(T3dPort& port, const T4dDblPoint& where, const Tstring& text, int size)
 {
     QlirnFontRaster raster("sans", size, QlirnFontRaster::style(0, 0, 75));

@@ -1,4 +1,4 @@
-// A tiled floor in three filters, and a ball that mirrors its surroundings.
+// A tiled floor without and with mipmaps, and a ball that mirrors its surroundings.
 
 #include "Sample.h"
 

@@ -11,7 +11,7 @@
 
 namespace {
 
-constexpr int kAround = 32;
+constexpr int kAround = 24;
 constexpr int kUp = 12;
 
 struct Tcorner
@@ -44,7 +44,7 @@ std::vector<Tcorner> makeVase()
 
 bool isPicked(std::size_t face)
 {
-    return face / kAround >= 4 && face / kAround < 7 && face % kAround >= 20 && face % kAround < 26;
+    return face / kAround >= 4 && face / kAround < 7 && face % kAround >= 15 && face % kAround < 20;
 }
 
 TuvCache layoutOf(const std::vector<Tcorner>& corners)
@@ -114,7 +114,7 @@ const Sample sample("uv", [] {
     const auto corners = makeVase();
     const auto vase = [&](T3dPort& port) { drawVase(port, corners); };
     const auto layout = [&](T3dPort& port) { drawLayout(port, corners); };
-    return Sample::sideBySide({Sample::drawing(QSize(260, 300), 3, vase), Sample::drawing(QSize(300, 300), 2, layout)});
+    return Sample::sideBySide({Sample::drawing(QSize(260, 300), 3, vase), Sample::drawing(QSize(300, 300), 3, layout)});
 });
 
 } // namespace

@@ -61,6 +61,7 @@ private:
         fPort->polarView(12, fAzimuth, fFromAbove ? 0 : 68, 0);
         fPort->depthTest(true);
         fPort->shadeModel(T3dPort::kShadeSmooth);
+        fPort->setGlobalAmbient(kCwhite);
         fPort->setLightingModel();
         fPort->setDefaultLight(0, T4dDblVector(-1, -1, 2));
         fPort->setDiffuseColor(TportColor(0.90f, 0.55f, 0.20f));

@@ -21,9 +21,11 @@ void draw(T3dPort& port)
     port.clear(GL_COLOR_BUFFER_BIT | GL_DEPTH_BUFFER_BIT);
     port.perspective(30, double(r.width()) / r.height(), 0.1, 100);
     port.polarView(7, gAzimuth, 65, 0);
+    port.translate(0, 0, -0.5);
 
     port.depthTest(true);
     port.shadeModel(T3dPort::kShadeSmooth);
+    port.setGlobalAmbient(kCwhite);
     port.setLightingModel();
     port.setDefaultLight(0, T4dDblVector(1, -1, 2));
     port.setDiffuseColor(TportColor(0.90f, 0.55f, 0.20f));

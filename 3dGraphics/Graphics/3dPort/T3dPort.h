@@ -734,7 +734,7 @@ public:
     void clear(int mask);
     /** Draws inside @p r only. The whole viewport switches the test off unless @p force; an empty @p r lets nothing through. */
     void scissor(const TportRect& r, bool force);
-    void polygonOffset(float factor, float units);
+    void polygonOffset(float factor, float units); ///< the values; GL_POLYGON_OFFSET_FILL is the caller's to switch
     /** Pushes polygons back: factor 0.95, units 1. */
     void polygonOffsetLower();
     /** Brings polygons forward: factor 1.1, units -1. */

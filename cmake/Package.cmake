@@ -39,6 +39,10 @@ install(FILES
     ${PROJECT_BINARY_DIR}/package/3dGraphicsConfigVersion.cmake
     DESTINATION ${packageDirectory} COMPONENT development)
 
+# Qt's OpenGL headers warn after <GL/gl.h>, unless they are the system's. What pkg-config says of them is then left out.
+list(FILTER Qt5Gui_INCLUDE_DIRS EXCLUDE REGEX mkspecs)
+list(TRANSFORM Qt5Gui_INCLUDE_DIRS PREPEND "-isystem " OUTPUT_VARIABLE qtFlags)
+list(JOIN qtFlags " " qtFlags)
 file(RELATIVE_PATH prefix ${CMAKE_INSTALL_FULL_LIBDIR}/pkgconfig ${CMAKE_INSTALL_PREFIX})
 foreach(name 3dGraphics 3dGraphics-motif)
     configure_file(cmake/${name}.pc.in ${PROJECT_BINARY_DIR}/package/${name}.pc @ONLY)
@@ -47,10 +51,9 @@ foreach(name 3dGraphics 3dGraphics-motif)
 endforeach()
 
 install(FILES README.md DESTINATION ${CMAKE_INSTALL_DOCDIR} COMPONENT development)
-install(DIRECTORY docs DESTINATION ${CMAKE_INSTALL_DOCDIR} COMPONENT development
-    FILES_MATCHING PATTERN *.md PATTERN *.png)
-install(DIRECTORY examples/minimal examples/motif examples/models DESTINATION ${CMAKE_INSTALL_DOCDIR}/examples
-    COMPONENT development)
+install(DIRECTORY docs DESTINATION ${CMAKE_INSTALL_DOCDIR} COMPONENT development PATTERN Doxyfile EXCLUDE)
+install(DIRECTORY examples/minimal examples/motif examples/models examples/scripts
+    DESTINATION ${CMAKE_INSTALL_DOCDIR}/examples COMPONENT development)
 
 # cpack -G DEB
 set(CPACK_PACKAGE_NAME 3dgraphics)

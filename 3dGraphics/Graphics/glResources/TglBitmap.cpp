@@ -75,7 +75,8 @@ bool canHoldWhatItAnnounces(const Tstring& path)
             return false;
     }
     const bool inLines = text.compare(0, 1, "!") == 0; // the format without quotes
-    std::size_t at = afterComments(text, 0, inLines);
+    // libXpm skips the first words whatever they are, so that their comment need not end.
+    std::size_t at = inLines ? afterComments(text, 0, true) : std::min(text.find("XPM"), text.size());
     while (!inLines && at < text.size() && text[at] != '"')
         at = afterComments(text, at + 1, false);
     std::uint64_t announced[4] = {}; // width, height, colours, characters per pixel

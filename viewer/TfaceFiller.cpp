@@ -7,7 +7,7 @@
 
 namespace {
 
-struct Tpoint
+struct Tcorner
 {
     std::array<double, 3> fAt;
     std::uint32_t fIndex;
@@ -17,12 +17,12 @@ struct Toutput
 {
     std::vector<T4dDblVector>& fPolygon;
     std::vector<std::uint32_t>& fTriangles;
-    std::deque<Tpoint> fPoints; // the tessellator keeps pointers to them
+    std::deque<Tcorner> fPoints; // the tessellator keeps pointers to them
 };
 
 void GLAPIENTRY onVertex(void* vertex, void* output)
 {
-    static_cast<Toutput*>(output)->fTriangles.push_back(static_cast<const Tpoint*>(vertex)->fIndex);
+    static_cast<Toutput*>(output)->fTriangles.push_back(static_cast<const Tcorner*>(vertex)->fIndex);
 }
 
 void GLAPIENTRY onCombine(GLdouble at[3], void* [4], GLfloat[4], void** made, void* output)

@@ -64,9 +64,9 @@ private:
     struct Tcolumn
     {
         QPointer<QWidget> widget;
-        int width;
-        bool takesExtra;
-        Tattach attach;
+        int width = 0;
+        bool takesExtra = false;
+        Tattach attach{};
     };
 
     static bool setText(QlirnLabel* label, const Tstring& text);

@@ -143,7 +143,7 @@ QImage Tview::picture(const QSize& size, bool framed)
     if (fPort->portFlags().test(T3dPort::kPortFirstPaintPending))
         fPort->renderToPixmap(1, 1);
     fFramePending = framePending;
-    const QImage image = drawnPicture(*fPort, size);
+    QImage image = drawnPicture(*fPort, size);
     if (!framed) {
         fCamera = camera;
         fFramePending = framePending;

@@ -32,12 +32,15 @@ TstatePanel::TstatePanel(QWidget* parent)
     auto* column = new QVBoxLayout(content);
     column->setContentsMargins(6, 6, 6, 6);
     auto* row = new QHBoxLayout;
+    for (QComboBox* box : {fView, fOther})
+        box->setSizeAdjustPolicy(QComboBox::AdjustToContents);
     row->addWidget(fView);
     row->addWidget(new QLabel(tr("beside")));
     row->addWidget(fOther);
     row->addStretch();
     row->addWidget(fOnlyDifferent);
     column->addLayout(row);
+    fTable->header()->setMaximumSectionSize(220); // matrices would leave no room for the values beside
     column->addWidget(fTable, 1);
     column->addWidget(fCount);
     setWidget(content);
@@ -108,8 +111,10 @@ void TstatePanel::fill()
         item->setText(0, shown(left.fName));
         item->setText(1, shown(left.fValue));
         item->setText(2, shown(right.fValue));
-        for (int part = 0; part < 3; ++part)
+        for (int part = 0; part < 3; ++part) {
+            item->setToolTip(part, item->text(part));
             item->setBackground(part, differs ? QBrush(QColor(255, 214, 150)) : QBrush());
+        }
         item->setHidden(fOnlyDifferent->isChecked() && !differs);
     }
     fCount->setText(count == 0 ? tr("%1 is not on the screen").arg(fOther->currentText())

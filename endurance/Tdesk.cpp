@@ -29,7 +29,9 @@
 #include <QVBoxLayout>
 #include <QWheelEvent>
 
+#include <algorithm>
 #include <cstring>
+#include <iterator>
 
 namespace {
 
@@ -402,6 +404,13 @@ bool Tdesk::isValid() const
     return fOpen.front()->fPort->glWidget() != nullptr;
 }
 
+bool Tdesk::setOnly(const std::string& operation)
+{
+    fOnly = operation;
+    return std::any_of(std::begin(kOperations), std::end(kOperations),
+                       [&](const Toperation& known) { return operation == known.fName; });
+}
+
 long Tdesk::portsOpened() const
 {
     return gPortsOpened;
@@ -418,7 +427,8 @@ void Tdesk::place(Topen& open, Tdice& dice)
     auto* column = new QVBoxLayout(inner);
     column->setContentsMargins(0, 0, 0, 0);
     const QPointer<QWidget> former = open.fOuter;
-    if (dice.below(3) == 0) {
+    // The first one gets a window of its own: how large a dock is depends on those before it.
+    if (dice.below(3) == 0 || (fOpen.size() == 1 && !open.fPort)) {
         open.fOuter = inner;
     } else {
         auto* dock = new QDockWidget(&fMain);
@@ -504,15 +514,16 @@ void Tdesk::closeAll()
 {
     fProblems.setOperation("closing all ports");
     Tdice dice(fSeed + static_cast<std::uint64_t>(fOperations));
-    while (fOpen.size() > 1)
+    while (!fOpen.empty())
         close(fOpen.size() - 1, dice);
     QApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+    // A driver keeps what it compiles, for each combination of states it has met, as long as the context lives. So there
+    // is no port that stays, and the one that is open while memory is counted is the same each time.
+    Tdice first(fSeed);
+    open(first);
     Topen& left = keeper();
-    left.fOuter->show();
-    left.fPort->make3dVisible(true);
-    left.fPort->setUseBackingStore(false);
-    left.fPort->q3dPort()->deleteOffscreenTarget();
-    left.fPort->font(TglFont::defaultFont());
+    left.fScene = fSeed;
+    fMain.resize(640, 480);
     left.fOuter->resize(200, 150);
     for (int i = 0; i < 3; ++i)
         QApplication::processEvents();
@@ -550,6 +561,9 @@ void Tdesk::step()
         const Toperation* chosen = kOperations;
         while (left >= chosen->fWeight)
             left -= (chosen++)->fWeight;
+        if (!fOnly.empty())
+            chosen = std::find_if(std::begin(kOperations), std::end(kOperations),
+                                  [&](const Toperation& operation) { return fOnly == operation.fName; });
         tell(chosen->fName);
         if (!chosen->fBound || fOpen[which]->bind())
             chosen->fRun(*fOpen[which], dice);

@@ -34,6 +34,9 @@ public:
     /** Closes all ports but the keeper. */
     void closeAll();
 
+    /** Does no other operation but opening, closing and docking; false when there is none of that name. */
+    bool setOnly(const std::string& operation);
+
     long operations() const { return fOperations; }
     long portsOpened() const;
     /** How often each operation was done, by name. */
@@ -58,5 +61,6 @@ private:
     QMainWindow fMain;
     std::vector<std::unique_ptr<Topen>> fOpen; ///< the keeper first
     std::map<std::string, long> fDone;
+    std::string fOnly;
     long fOperations = 0;
 };

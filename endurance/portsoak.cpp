@@ -82,14 +82,18 @@ bool judge(const std::vector<Tcensus>& counts)
            growth.fHeapRate <= kMostHeapRate && growth.fResidentRate <= kMostResidentRate;
 }
 
-bool soak(double seconds, std::uint64_t seed)
+bool soak(double seconds, std::uint64_t seed, const std::string& only)
 {
     Tdesk desk(seed, gProblems);
     if (!desk.isValid()) {
         std::fputs("portsoak: the display gives no window with OpenGL\n", stderr);
         return false;
     }
-    const double interval = std::clamp(seconds / 40, 0.25, 15.0);
+    if (!only.empty() && !desk.setOnly(only)) {
+        std::fprintf(stderr, "portsoak: there is no action %s\n", only.c_str());
+        return false;
+    }
+    constexpr int kBetweenCounts = 60; // actions, so that a seed repeats the closing too
     std::vector<Tcensus> counts;
     QElapsedTimer timer;
     timer.start();
@@ -97,8 +101,7 @@ bool soak(double seconds, std::uint64_t seed)
     printHead();
     double printed = 0;
     while (elapsed() < seconds) {
-        const double until = elapsed() + interval;
-        while (elapsed() < until)
+        for (int i = 0; i < kBetweenCounts; ++i)
             desk.step();
         desk.closeAll();
         counts.push_back(Tcensus::take(desk.window()));
@@ -126,6 +129,7 @@ int main(int argc, char** argv)
     parser.setApplicationDescription("Uses ports at random for a while, and fails when something is left behind.");
     parser.addHelpOption();
     parser.addOption({"seed", "Does the same as another run with seed <number>.", "number"});
+    parser.addOption({"only", "Does action <name> only, and opens, docks and closes ports.", "name"});
     parser.addOption({"trace", "Prints every action before it is done."});
     parser.addPositionalArgument("seconds", "How long; 60 without.", "[seconds]");
     {
@@ -151,5 +155,5 @@ int main(int argc, char** argv)
     if (parser.isSet("trace"))
         XSynchronize(QX11Info::display(), 1); // an X error is told of with the action that caused it
     std::printf("seed %llu, %g s\n", static_cast<unsigned long long>(seed), seconds);
-    return soak(seconds, seed) ? 0 : 1;
+    return soak(seconds, seed, parser.value("only").toStdString()) ? 0 : 1;
 }

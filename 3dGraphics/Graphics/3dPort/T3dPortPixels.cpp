@@ -76,6 +76,19 @@ bool isFrontBufferStale()
     return renderer && (std::strstr(renderer, "llvmpipe") || std::strstr(renderer, "softpipe"));
 }
 
+/**
+ * To be called before pixels are read. Mesa (seen with 22.3) cuts the rectangle to the size that the window had when
+ * something was last drawn, and takes notice of the size of now only after that; what then lies outside is read from
+ * beside its memory. Reading one pixel makes it look. Inside the port nothing can go wrong.
+ */
+void noticeSize(const TportRect& port, int x, int y, int width, int height)
+{
+    if (x + width <= port.width() && y + height <= port.height())
+        return;
+    unsigned char pixel[4];
+    glReadPixels(0, 0, 1, 1, GL_RGBA, GL_UNSIGNED_BYTE, pixel);
+}
+
 struct CopyBuffers
 {
     GLenum fRead;
@@ -149,6 +162,7 @@ bool T3dPort::pixelMapGLRead(TpixelMap& map, int x, int y) const
     if (!isUsable(map))
         return false;
     const TglPixelStoreGuard store(TglPixelStoreGuard::kPack);
+    noticeSize(fPortRect, x, y, map.width(), map.height());
     glReadPixels(x, y, map.width(), map.height(), formatOf(map), GL_UNSIGNED_BYTE, map.pixels());
     return true;
 }
@@ -285,6 +299,7 @@ void T3dPort::readPixels(TglPixels& block, short x, short y)
         return;
     setCurrentContext();
     const TglPixelStoreGuard store(TglPixelStoreGuard::kPack);
+    noticeSize(fPortRect, x, y, block.width(), block.height());
     block.read(x, y);
 }
 

@@ -14,10 +14,13 @@ bool isLetter(char c)
 Tstring withDash(const char* name)
 {
     const char* bare = name && *name == '-' ? name + 1 : name;
-    if (!bare || !isLetter(*bare) ||
-        !std::all_of(bare, bare + std::strlen(bare), [](char c) { return isLetter(c) || (c >= '0' && c <= '9'); })) {
+    if (!bare || !isLetter(*bare))
         return Tstring();
-    }
+    const char* end = bare + 1;
+    while (isLetter(*end) || (*end >= '0' && *end <= '9'))
+        ++end;
+    if (*end)
+        return Tstring();
     return Tstring("-") + bare;
 }
 

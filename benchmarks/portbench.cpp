@@ -334,11 +334,12 @@ void Bench::opening()
     row(
         "open and close", kOpening,
         [this](long) {
-            T3dPort(&fHost, "bench", false);
+            const T3dPort port(&fHost, "bench", false);
             XSync(QX11Info::display(), 0);
         },
         [&](long) {
-            RawWindow(fDisplay, fRawHost, unsigned(kWidth), unsigned(kHeight), doubleBuffered, fRawWindows[0].get());
+            const RawWindow window(fDisplay, fRawHost, unsigned(kWidth), unsigned(kHeight), doubleBuffered,
+                                   fRawWindows[0].get());
             XSync(fDisplay, 0);
         });
 }

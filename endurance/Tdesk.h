@@ -53,13 +53,14 @@ private:
     void close(std::size_t which, Tdice& dice);
     void place(Topen& open, Tdice& dice);
     void redock(Topen& open, Tdice& dice);
-    void check(std::size_t which);
+    void check(Topen& open);
     Topen& keeper() { return *fOpen.front(); }
 
     const std::uint64_t fSeed;
     Tproblems& fProblems;
     QMainWindow fMain;
     std::vector<std::unique_ptr<Topen>> fOpen; ///< the keeper first
+    std::unique_ptr<Topen> fPicker;            ///< where OpenGL's selection picks
     std::map<std::string, long> fDone;
     std::string fOnly;
     long fOperations = 0;

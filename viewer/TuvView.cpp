@@ -210,13 +210,15 @@ void TuvView::drawSquares()
                                  std::floor((fCentre[1] - fHeight / 2) / step)};
         const double last[2] = {std::ceil((fCentre[0] + halfWidth) / step),
                                 std::ceil((fCentre[1] + fHeight / 2) / step)};
-        if (last[0] - first[0] + last[1] - first[1] > kMostLines)
+        if (!(last[0] - first[0] + last[1] - first[1] <= kMostLines))
             return;
         port.color(colour);
         port.setCurrentContext();
         glBegin(GL_LINES);
         for (int axis = 0; axis < 2; ++axis) {
-            for (double i = first[axis]; i <= last[axis]; ++i) {
+            const int count = static_cast<int>(last[axis] - first[axis]);
+            for (int line = 0; line <= count; ++line) {
+                const double i = first[axis] + line;
                 for (const double end : {first[1 - axis], last[1 - axis]})
                     axis == 0 ? glVertex2d(i * step, end * step) : glVertex2d(end * step, i * step);
             }

@@ -58,7 +58,7 @@ bool runPython(const QString& file)
 
 Sample::Sample(const char* name, std::function<QImage()> run)
 {
-    samples().insert(QString::fromLatin1(name), std::move(run));
+    samples()[QString::fromLatin1(name)] = std::move(run);
 }
 
 QImage Sample::drawing(const QSize& size, int fine, const std::function<void(T3dPort&)>& draw)

@@ -198,6 +198,22 @@ TEST(SnapShotOnScreen, ReadsItsRectangleOfTheFrontBufferAndCentresAnEmptyOne)
     EXPECT_EQ(glGetError(), GLenum(GL_NO_ERROR));
 }
 
+TEST(SnapShotOnScreen, ReachesBeyondAWindowThatHasShrunk)
+{
+    PortWindow<> made(200, 150, Buffering::kDouble);
+    ASSERT_TRUE(made.show());
+    T3dPort& port = made.port();
+    TpixelMap shot;
+    port.setSnapShotRect(TportRect(0, 20, 100, 140));
+    clearTo(port, kCwhite);
+    port.swapBuffers();
+    EXPECT_TRUE(port.snapShot(shot));
+    made.window().resize(60, 40);
+    settle();
+    EXPECT_TRUE(port.snapShot(shot)); // nothing has been drawn since
+    EXPECT_EQ(glGetError(), GLenum(GL_NO_ERROR));
+}
+
 TEST(CopyPixels, CopiesBetweenBuffersThatExist)
 {
     const Pixel red{255, 0, 0}, blue{0, 0, 255};

@@ -31,7 +31,7 @@ TinteractivePort::TinteractivePort(QWidget* parent, const char* name, bool stere
 
 TinteractivePort::~TinteractivePort()
 {
-    detachHandlers();
+    TinteractivePort::detachHandlers();
 }
 
 Tmetaclass* TinteractivePort::sTypeof()

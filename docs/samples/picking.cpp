@@ -42,8 +42,10 @@ void drawField(T3dPort& port)
 {
     port.pushName(0);
     for (unsigned name = 0; name < kCount; ++name) {
-        const double x = int(name % kAcross) - kAcross / 2;
-        const double y = int(name / kAcross) - 3;
+        const int column = int(name % kAcross) - kAcross / 2;
+        const int row = int(name / kAcross) - 3;
+        const double x = column;
+        const double y = row;
         const float half = 0.25f + 0.1f * static_cast<float>((name * 7) % 5);
         port.loadName(name);
         port.setDiffuseColor(colourOf(name));
@@ -134,7 +136,7 @@ QImage run()
         port.swapBuffers();
     });
     port.setUpdateCommand(&update);
-    const QImage picture = Sample::picture(port, QSize(560, 320), 3);
+    QImage picture = Sample::picture(port, QSize(560, 320), 3);
     Sample::expect(gPicked.size() > 4 && gPicked.size() < 40, "the marquee picks some of the boxes");
     Sample::expect(gNearest < kCount, "the pointer is on a box");
     Sample::expect(std::fabs(gHit.z) < 1e-9, "the ground is hit at z = 0");

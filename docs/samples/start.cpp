@@ -1,7 +1,7 @@
 // The picture of the program in the folder start.
 
 #define main startMain
-#include "start/main.cpp"
+#include "start/main.cpp" // NOLINT(bugprone-suspicious-include): a program of its own, for users to build
 #undef main
 
 #include "Sample.h"

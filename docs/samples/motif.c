@@ -25,7 +25,7 @@ static int config[] = {GLX_RGBA, GLX_RED_SIZE, 8, GLX_DEPTH_SIZE, 24, GLX_DOUBLE
 
 int main(int argc, char** argv)
 {
-    XtAppContext app;
+    XtAppContext app = NULL;
     Widget top = XtVaAppInitialize(&app, "Motif", NULL, 0, &argc, argv, NULL, NULL);
     Widget form = XtVaCreateManagedWidget("form", xmFormWidgetClass, top, NULL);
 

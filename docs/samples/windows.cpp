@@ -117,7 +117,7 @@ QImage run()
     QElapsedTimer time;
     for (time.start(); time.elapsed() < 300;)
         QApplication::processEvents(QEventLoop::AllEvents, 20);
-    const QImage shown = window.screen()->grabWindow(window.winId()).toImage();
+    QImage shown = window.screen()->grabWindow(window.winId()).toImage();
     Sample::expect(above.port()->error() == 0, "OpenGL reports no error");
     Sample::expect(above.port()->portRect().width() > 100, "the splitter sizes the port");
     delete splitter; // the widgets go, and the ports with them

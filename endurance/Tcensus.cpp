@@ -18,7 +18,7 @@
 #include <unistd.h>
 
 #ifdef __SANITIZE_ADDRESS__
-#include <sanitizer/allocator_interface.h>
+extern "C" std::size_t __sanitizer_get_current_allocated_bytes(); // declared by no header of GCC's
 #endif
 
 namespace {
@@ -113,6 +113,11 @@ Tcensus Tcensus::take(unsigned long resource)
         XFree(types);
     }
     counts.fContexts = static_cast<long>(gAlive.size());
+    constexpr GLuint kMostNames = 1 << 15;
+    for (GLuint name = 1; name < kMostNames; ++name) {
+        counts.fLists += glIsList(name);
+        counts.fTextures += glIsTexture(name);
+    }
     counts.fResident = residentKilobytes();
     counts.fHeap = heapBytes();
     return counts;
@@ -155,6 +160,8 @@ Tgrowth::Tgrowth(const std::vector<Tcensus>& counts)
         return value(*std::min_element(late, end, less)) > value(*std::max_element(early, early + quarter, less));
     };
     fContextsGrew = grew([](const Tcensus& c) { return c.fContexts; });
+    fObjectsGrew =
+        grew([](const Tcensus& c) { return c.fLists; }) || grew([](const Tcensus& c) { return c.fTextures; });
     for (const auto& [type, count] : counts.back().fServer)
         if (grew([&name = type](const Tcensus& c) { return c.server(name.c_str()); }))
             fServerTypes.push_back(type);

@@ -13,6 +13,8 @@ struct Tcensus
     long fResident = 0;                  ///< KB
     long fHeap = 0;                      ///< bytes handed out by malloc
     long fContexts = 0;                  ///< native contexts created and not destroyed
+    long fLists = 0;                     ///< display lists of the contexts that share with the current one
+    long fTextures = 0;                  ///< textures, likewise
     std::map<std::string, long> fServer; ///< resources of the client as the X server counts them, by type
 
     /** Fills in all but what the caller counts. @p resource  any X resource of the client */
@@ -34,4 +36,5 @@ struct Tgrowth
     /** Types of X resources of which there never were as few in the last quarter as at most in the second. */
     std::vector<std::string> fServerTypes;
     bool fContextsGrew = false;
+    bool fObjectsGrew = false; ///< display lists or textures
 };

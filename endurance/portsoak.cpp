@@ -43,16 +43,16 @@ void noteQtMessage(QtMsgType, const QMessageLogContext&, const QString& message)
 
 void printHead()
 {
-    std::printf("%8s %9s %7s | %9s %9s | %8s %8s %8s %8s | %8s %8s | %5s %5s %5s\n", "seconds", "actions", "opened",
-                "RSS KB", "heap KB", "windows", "pixmaps", "contexts", "drawabl.", "created", "alive", "diff", "GL",
-                "X");
+    std::printf("%8s %9s %7s | %9s %9s | %8s %8s %8s | %5s %8s | %8s %8s | %5s %5s %5s\n", "seconds", "actions",
+                "opened", "RSS KB", "heap KB", "windows", "pixmaps", "contexts", "lists", "textures", "created",
+                "alive", "diff", "GL", "X");
 }
 
 void print(const Tcensus& c)
 {
-    std::printf("%8.1f %9ld %7ld | %9ld %9.1f | %8ld %8ld %8ld %8ld | %8ld %8ld | %5ld %5ld %5ld\n", c.fSeconds,
+    std::printf("%8.1f %9ld %7ld | %9ld %9.1f | %8ld %8ld %8ld | %5ld %8ld | %8ld %8ld | %5ld %5ld %5ld\n", c.fSeconds,
                 c.fOperations, c.fPortsOpened, c.fResident, double(c.fHeap) / 1024, c.server("WINDOW"),
-                c.server("PIXMAP"), c.server("GLXContext"), c.server("GLXDrawable"), Tcensus::contextsCreated(),
+                c.server("PIXMAP"), c.server("GLXContext"), c.fLists, c.fTextures, Tcensus::contextsCreated(),
                 c.fContexts, gProblems.count(Tproblems::kDifference), gProblems.count(Tproblems::kGlError),
                 gProblems.count(Tproblems::kXError));
     std::fflush(stdout);
@@ -71,6 +71,8 @@ bool judge(const std::vector<Tcensus>& counts)
         std::printf("  X resources of type %s grew\n", type.c_str());
     if (growth.fContextsGrew)
         std::printf("  native contexts grew\n");
+    if (growth.fObjectsGrew)
+        std::printf("  display lists or textures grew\n");
     std::printf("%ld differences, %ld OpenGL errors, %ld X errors, %ld ports not destroyed once\n",
                 gProblems.count(Tproblems::kDifference), gProblems.count(Tproblems::kGlError),
                 gProblems.count(Tproblems::kXError), gProblems.count(Tproblems::kLeftPort));
@@ -78,7 +80,7 @@ bool judge(const std::vector<Tcensus>& counts)
     constexpr double kWarmUp = 120; // seconds
     if (counts.back().fSeconds < kWarmUp)
         return gProblems.total() == 0;
-    return gProblems.total() == 0 && growth.fServerTypes.empty() && !growth.fContextsGrew &&
+    return gProblems.total() == 0 && growth.fServerTypes.empty() && !growth.fContextsGrew && !growth.fObjectsGrew &&
            growth.fHeapRate <= kMostHeapRate && growth.fResidentRate <= kMostResidentRate;
 }
 

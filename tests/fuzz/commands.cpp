@@ -14,7 +14,7 @@ extern "C" int LLVMFuzzerInitialize(int* argc, char*** argv)
 {
     setenv("QT_QPA_PLATFORM", "offscreen", 1);
     new QApplication(*argc, *argv);
-    [[maybe_unused]] static TerrorHandler* const printing = TerrorHandler::install(nullptr);
+    delete TerrorHandler::install(nullptr);
     return 0;
 }
 

@@ -11,7 +11,7 @@
 extern "C" int LLVMFuzzerInitialize(int* argc, char*** argv)
 {
     new QApplication(*argc, *argv);
-    [[maybe_unused]] static TerrorHandler* const printing = TerrorHandler::install(nullptr);
+    delete TerrorHandler::install(nullptr);
     qInstallMessageHandler([](QtMsgType, const QMessageLogContext&, const QString&) {});
     return 0;
 }

@@ -1,5 +1,7 @@
 #include "Tcensus.h"
 
+#include "OwnMemory.h"
+
 #include "Graphics/glResources/TglContext.h"
 
 #include <QX11Info>
@@ -120,6 +122,8 @@ Tcensus Tcensus::take(unsigned long resource)
     }
     counts.fResident = residentKilobytes();
     counts.fHeap = heapBytes();
+    counts.fOwn = OwnMemory::bytes();
+    counts.fOwnBlocks = OwnMemory::blocks();
     return counts;
 }
 
@@ -136,8 +140,7 @@ long Tcensus::server(const char* type) const
 
 long Tcensus::explained() const
 {
-    constexpr long kHeader = 16;
-    return fPortsOpened * static_cast<long>(sizeof(TglContext) + sizeof(TglContext*) + kHeader);
+    return fPortsOpened * static_cast<long>(sizeof(TglContext) + sizeof(TglContext*));
 }
 
 Tgrowth::Tgrowth(const std::vector<Tcensus>& counts)
@@ -152,7 +155,8 @@ Tgrowth::Tgrowth(const std::vector<Tcensus>& counts)
         return static_cast<double>(median(late, end, value) - median(early, early + quarter, value));
     };
     const double thousands = std::max(1.0, rise([](const Tcensus& c) { return c.fOperations; })) / 1000;
-    fHeapRate = rise([](const Tcensus& c) { return c.fHeap - c.explained(); }) / 1024 / thousands;
+    fOwnRate = rise([](const Tcensus& c) { return c.fOwn - c.explained(); }) / 1024 / thousands;
+    fHeapRate = rise([](const Tcensus& c) { return c.fHeap; }) / 1024 / thousands;
     fResidentRate = rise([](const Tcensus& c) { return c.fResident; }) / thousands;
 
     const auto grew = [&](auto value) {

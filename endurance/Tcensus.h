@@ -11,7 +11,9 @@ struct Tcensus
     long fOperations = 0;
     long fPortsOpened = 0;
     long fResident = 0;                  ///< KB
-    long fHeap = 0;                      ///< bytes handed out by malloc
+    long fHeap = 0;                      ///< bytes handed out by malloc, the driver's among them
+    long fOwn = 0;                       ///< bytes of OwnMemory
+    long fOwnBlocks = 0;                 ///< blocks of OwnMemory
     long fContexts = 0;                  ///< native contexts created and not destroyed
     long fLists = 0;                     ///< display lists of the contexts that share with the current one
     long fTextures = 0;                  ///< textures, likewise
@@ -31,7 +33,8 @@ struct Tgrowth
 {
     explicit Tgrowth(const std::vector<Tcensus>& counts);
 
-    double fHeapRate = 0;     ///< KB per 1000 operations, beyond what is explained
+    double fOwnRate = 0;      ///< KB per 1000 operations, beyond what is explained
+    double fHeapRate = 0;     ///< KB per 1000 operations
     double fResidentRate = 0; ///< KB per 1000 operations
     /** Types of X resources of which there never were as few in the last quarter as at most in the second. */
     std::vector<std::string> fServerTypes;

@@ -52,7 +52,7 @@ bool isOwn(const char* path)
 {
     const char* const slash = std::strrchr(path, '/');
     const char* const name = slash ? slash + 1 : path;
-    for (const char* beginning : {"lib3dGraphics", "libhost", "libQt5"})
+    for (const char* beginning : {"lib3dGraphics", "libhost"})
         if (std::strncmp(name, beginning, std::strlen(beginning)) == 0)
             return true;
     return false;

@@ -25,6 +25,7 @@
 #include <QGLFramebufferObject>
 #include <QMouseEvent>
 #include <QPixmap>
+#include <QPixmapCache>
 #include <QPointer>
 #include <QVBoxLayout>
 #include <QWheelEvent>
@@ -534,6 +535,7 @@ void Tdesk::closeAll()
     left.fOuter->resize(200, 150);
     for (int i = 0; i < 3; ++i)
         QApplication::processEvents();
+    QPixmapCache::clear(); // it keeps the icons of docks that are gone, up to a limit
     left.fPort->OnPaint();
     if (left.bind())
         glFinish();

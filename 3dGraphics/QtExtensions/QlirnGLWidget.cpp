@@ -72,6 +72,9 @@ QlirnGLWidget::~QlirnGLWidget()
         }
         fPort = nullptr;
     }
+    // A widget that goes without having been hidden leaves Qt (5.15) a pointer to the window that a button is down on.
+    if (QApplication::mouseButtons() != Qt::NoButton)
+        hide();
 
     forwardingContext()->setTarget(nullptr);
     XVisualInfo* visual = fGLContext ? fGLContext->visual() : nullptr;

@@ -124,6 +124,21 @@ TEST_F(PointerRealEvents, ReachTheHandlers)
     EXPECT_THAT(dragged, ::testing::Contains("release 2 (-10,200)"));
 }
 
+TEST_F(PointerRealEvents, APortMayGoWhileAButtonIsDownOnIt)
+{
+    fHand.to(cornerOf(port()) + QPoint(9, 9));
+    settle();
+    fHand.button(1, true);
+    ASSERT_TRUE(waitUntil([&] {
+        return std::any_of(port().calls().begin(), port().calls().end(),
+                           [](const auto& call) { return call.event.type() == Tevent::kPress; });
+    }));
+    fWindow.closePort();
+    fWindow.window().hide();
+    fHand.button(1, false);
+    settle();
+}
+
 // Rectangle, viewport, window and pointer in the same pixels.
 TEST_F(PointerRealEvents, AreInDevicePixelsAtEveryScale)
 {

@@ -49,6 +49,7 @@ public:
 
     Port& port() { return *fPort; }
     QWidget& window() { return fWindow; }
+    void closePort() { fPort.reset(); }
 
     /** Shows the window and waits for the first paint. */
     bool show()
